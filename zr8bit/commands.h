@@ -1,0 +1,11 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+// Each adds its sub-command to the command line. The sub-command runs while the command line is parsed, and
+// throws Failure.
+
+void addDescribeCommand(CLI::App &app);
+void addRunCommand(CLI::App &app);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <string>
+
+/// Writes text to standard output, as it stands. Throws Failure when it cannot be written.
+void print(const QString &text);
+
+/// Writes bytes to standard output, as they stand. Throws Failure when they cannot be written.
+void printBytes(const QByteArray &bytes);
+
+/// Makes sure that all that was printed has arrived. Throws Failure when it has not.
+void flushOutput();
+
+/// Writes a line to standard error.
+void printError(const QString &line);
+
+/// A command line argument as text.
+QString fromArgument(const std::string &argument);

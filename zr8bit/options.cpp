@@ -1,0 +1,26 @@
+#include "options.h"
+
+#include "console.h"
+#include "numbers.h"
+
+#include <CLI/CLI.hpp>
+
+void addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
+                     NumberRange range, std::optional<int> &target, const std::string &description)
+{
+    const auto store = [name, range, &target](const std::string &value) {
+        target = parseNumber(fromArgument(value));
+        if (!target || *target < range.smallest || *target > range.largest)
+            failOption(name, fromArgument(value),
+                       QStringLiteral("a number from %1 to %2, written as 512, 0x200 or $200")
+                           .arg(range.smallest)
+                           .arg(range.largest));
+    };
+    command.add_option_function<std::string>(name, store, description)->type_name(valueName);
+}
+
+void failOption(const std::string &name, const QString &value, const QString &expected)
+{
+    throw CLI::ValidationError(
+        name, QStringLiteral("'%1' is not %2").arg(value, expected).toLocal8Bit().toStdString());
+}

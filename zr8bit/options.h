@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <limits>
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/// The numbers that an option takes.
+struct NumberRange
+{
+    int smallest = 0;
+    int largest = std::numeric_limits<int>::max();
+};
+
+/// Adds an option that takes a number, written as 512, 0x200 or $200. Any other value is a wrong command
+/// line. target must live until the command line has been parsed.
+void addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
+                     NumberRange range, std::optional<int> &target, const std::string &description);
+
+/// Ends parsing: the value of an option is not what it takes.
+[[noreturn]] void failOption(const std::string &name, const QString &value, const QString &expected);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <zr8bitlib/zr8bitproccommand.h>
+#include <zr8bitlib/zr8bitprocessoriface.h>
+#include <zrbaselib/zrobject.h>
+
+namespace ZR {
+
+/// What all processor models share: main memory, registers, instruction table, pause and hardware issue, and
+/// the step that runs one instruction from a buffer.
+///
+/// A model derives from it, calls init() of this class first in its own, fills _registers and _commands, and
+/// implements the protected execute() without arguments.
+class ZR8BITLIB_EXPORT ZR8BitProcBase : public QObject, public ZR8BitProcessorIface, public ZRObject
+{
+    Q_OBJECT
+    Q_INTERFACES(ZR8BitProcessorIface)
+
+public:
+    explicit ZR8BitProcBase(const QString &name = QString(), QObject *parent = nullptr);
+    ~ZR8BitProcBase() override;
+
+    static const QString className();
+
+    /// Returns true and does nothing else.
+    bool init() override;
+    /// Reads nothing: returns whether there is a config, and reports when there is none.
+    bool readFromConfig(const QString &prefix, ZRConfigIface *config) override;
+    void setMainMemory(ZR8BitRAM *memory) override;
+    ZR8BitRAM *mainMemory() override;
+    void pause() override;
+    void resume() override;
+    bool hardwareIssue() override;
+    QString hardwareIssueMsg() override;
+    void resetHardwareIssue() override;
+    QMap<QString, ZR8BitRegister *> registers() override;
+    QHash<unsigned char, ZR8BitProcCommand *> commandList() override;
+    int execute(const char *data, const int &size) override;
+    int execute(const QByteArray &data) override;
+
+protected:
+    int execute() override = 0;
+
+    /// Stops the processor with the text of a failure, which replaces that of an earlier one.
+    void _setHardwareIssue(const QString &message);
+
+    /// The text of the failure to find an opcode in the table.
+    static QString _unknownOpcodeText(unsigned char opcode);
+
+    ZR8BitRAM *_mainMemory = nullptr;           ///< not owned
+    QMap<QString, ZR8BitRegister *> _registers; ///< members of the model, by id
+    ZR8BitProcCommands _commands;
+    bool _paused = false;
+    bool _hardwareIssue = false;
+    QString _hardwareIssueMsg;
+};
+
+} // namespace ZR

@@ -1,0 +1,3 @@
+#include <zr8bitlib/zr8bitprocessoriface.h>
+
+ZR8BitProcessorIface::~ZR8BitProcessorIface() = default;

@@ -1,0 +1,92 @@
+#include <zr8bitlib/zr8bitram.h>
+
+#include "zr8bitfailure_p.h"
+
+#include <QtCore/QMutexLocker>
+#include <QtCore/QtEndian>
+
+#include <algorithm>
+
+namespace ZR {
+
+namespace {
+
+constexpr char sourceFile[] = "zr8bitlib/zr8bitram";
+
+} // namespace
+
+ZR8BitRAM::ZR8BitRAM(const QString &name, QObject *parent)
+    : ZR8BitROM(name, parent)
+{
+}
+
+ZR8BitRAM::~ZR8BitRAM() = default;
+
+const QString ZR8BitRAM::className()
+{
+    return QStringLiteral("ZR8BitRAM");
+}
+
+bool ZR8BitRAM::readFromConfig(const QString &prefix, ZRConfigIface *config)
+{
+    return ZR8BitROM::readFromConfig(prefix, config);
+}
+
+bool ZR8BitRAM::setSize(const int &size)
+{
+    return _setSize(size);
+}
+
+bool ZR8BitRAM::write(const QByteArray &data, const int &pos)
+{
+    return write(data.constData(), static_cast<int>(data.size()), pos);
+}
+
+bool ZR8BitRAM::write(const char *data, const int &len, const int &pos)
+{
+    if (!_writeData(pos, data, len)) {
+        ZR_SET_LAST_ERROR(QStringLiteral("Couldn't load data! %1").arg(_lastError));
+        return false;
+    }
+    return true;
+}
+
+void ZR8BitRAM::setValue(const QByteArray &data, const int &pos)
+{
+    _writeData(pos, data.constData(), static_cast<int>(data.size()));
+}
+
+void ZR8BitRAM::setValue(const char *data, const int &len, const int &pos)
+{
+    _writeData(pos, data, len);
+}
+
+void ZR8BitRAM::setByteValue(const char &value, const int &pos)
+{
+    _writeData(pos, &value, 1);
+}
+
+void ZR8BitRAM::setWordValue(const short &value, const int &pos)
+{
+    char bytes[2];
+    qToLittleEndian<qint16>(value, bytes);
+    _writeData(pos, bytes, 2);
+}
+
+bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
+{
+    const QMutexLocker locker(&_mutex);
+    const int contentSize = static_cast<int>(_content.size());
+    if (pos < 0 || pos >= contentSize) {
+        ZR_SET_LAST_ERROR(_invalidAddressText(pos));
+        return false;
+    }
+    if (len < 0 || (!data && len > 0)) {
+        ZR_SET_LAST_ERROR(QStringLiteral("Invalid data to write! Length: %1").arg(len));
+        return false;
+    }
+    std::copy_n(data, qMin(len, contentSize - pos), _content.data() + pos);
+    return true;
+}
+
+} // namespace ZR

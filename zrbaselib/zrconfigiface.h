@@ -1,0 +1,40 @@
+#pragma once
+
+#include <zrbaselib/zrbaselib_export.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/// Reads named settings for the objects that are built from a configuration.
+///
+/// A host implements stringValue(), stringListValue() and intValue() over the storage of its choice; the
+/// other operations have defaults that build on these. Keys are whole strings of the form section, point,
+/// field, as in "Computer.Name". An object that gets a reader uses it for the length of that one call only.
+class ZRBASELIB_EXPORT ZRConfigIface
+{
+public:
+    virtual ~ZRConfigIface();
+
+    /// Whether the setting is there. By default: whether it outweighs the default value of stringValue().
+    virtual bool contains(const QString &key);
+
+    /// The setting as a truth value: by default "true", "yes", "on" and "1" are true, "false", "no", "off"
+    /// and "0" are false, in any case of letters. Anything else gives defaultValue.
+    virtual bool boolValue(const QString &key, bool defaultValue);
+
+    /// The setting, or defaultValue when it is absent.
+    virtual QString stringValue(const QString &key, const QString &defaultValue) = 0;
+
+    /// The setting as a list of strings, or defaultValue when it is absent.
+    virtual QStringList stringListValue(const QString &key, const QStringList &defaultValue) = 0;
+
+    /// The setting as a 64-bit whole number. By default a decimal number; anything else gives defaultValue.
+    virtual qint64 longValue(const QString &key, qint64 defaultValue);
+
+    /// The setting as a floating-point number, by default with a decimal point and no grouping. Anything else
+    /// gives defaultValue.
+    virtual double doubleValue(const QString &key, double defaultValue);
+
+    /// The setting as a whole number, or defaultValue when it is absent or no number.
+    virtual int intValue(const QString &key, int defaultValue) = 0;
+};

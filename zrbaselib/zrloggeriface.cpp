@@ -1,0 +1,3 @@
+#include <zrbaselib/zrloggeriface.h>
+
+ZRLoggerIface::~ZRLoggerIface() = default;

@@ -1,0 +1,3 @@
+#include <zrbaselib/zrobjectiface.h>
+
+ZRObjectIface::~ZRObjectIface() = default;

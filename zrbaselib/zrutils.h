@@ -1,0 +1,19 @@
+#pragma once
+
+#include <zrbaselib/zrbaselib_export.h>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+namespace ZR {
+
+/// Small helpers that need no object. They keep no state and may run on any number of threads at once.
+class ZRBASELIB_EXPORT ZRUtils
+{
+public:
+    /// Reads the whole file into data. Returns false, with data undefined, when the file cannot be opened or
+    /// read to its end.
+    static bool readFile(const QString &path, QByteArray &data);
+};
+
+} // namespace ZR
