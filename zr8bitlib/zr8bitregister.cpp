@@ -196,7 +196,7 @@ void ZR8BitRegister::_setBit(int address, char bit, char value)
         return;
     const unsigned mask = 1U << bit;
     const unsigned byte = static_cast<unsigned char>(_memory->byteValue(address));
-    _memory->setByteValue(static_cast<char>(value ? byte | mask : byte & ~mask), address);
+    _memory->setByteValue(static_cast<char>((byte & ~mask) | (value ? mask : 0U)), address);
 }
 
 } // namespace ZR

@@ -19,15 +19,14 @@ namespace {
 
 constexpr char sourceFile[] = "zr8bitlib/zr8bitrom";
 
-/// Resizes bytes and returns whether it has the size now: not for a negative size, nor when memory runs out.
-bool resizeTo(QByteArray &bytes, int size)
+/// Bytes of undefined content; none when the size is negative or memory runs out.
+QByteArray allocate(int size)
 {
     try {
-        bytes.resize(size);
+        return QByteArray(size, Qt::Uninitialized);
     } catch (const std::bad_alloc &) {
-        return false;
+        return QByteArray();
     }
-    return bytes.size() == size;
 }
 
 /// Copies count bytes to a destination of room bytes. Returns 0, or ERANGE with nothing copied when they do
@@ -125,7 +124,7 @@ char ZR8BitROM::byteValue(const int &pos)
 {
     const QMutexLocker locker(&_mutex);
     if (pos < 0 || pos >= _content.size()) {
-        ZR_SET_LAST_ERROR(_invalidAddressText(pos));
+        _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);
         return 0;
     }
     return _content.at(pos);
@@ -136,12 +135,14 @@ short ZR8BitROM::wordValue(const int &pos)
     const QMutexLocker locker(&_mutex);
     const int contentSize = static_cast<int>(_content.size());
     if (pos < 0 || pos >= contentSize) {
-        ZR_SET_LAST_ERROR(_invalidAddressText(pos));
+        _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);
         return 0;
     }
+    const char *source = _content.constData() + pos;
     char bytes[2] = {0, 0};
-    const int count = pos == contentSize - 1 ? 1 : 2;
-    if (const int error = copyBounded(bytes, sizeof bytes, _content.constData() + pos, count))
+    const int error = pos == contentSize - 1 ? copyBounded(bytes, sizeof bytes, source, 1)
+                                             : copyBounded(bytes, sizeof bytes, source, 2);
+    if (error)
         ZR_SET_LAST_ERROR(copyErrorText(error));
     return qFromLittleEndian<qint16>(bytes);
 }
@@ -151,12 +152,12 @@ QByteArray ZR8BitROM::value(const int &pos, const int &len)
     const QMutexLocker locker(&_mutex);
     const int contentSize = static_cast<int>(_content.size());
     if (pos < 0 || pos >= contentSize) {
-        ZR_SET_LAST_ERROR(_invalidAddressText(pos));
+        _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);
         return QByteArray();
     }
     const int count = qMin(len, contentSize - pos);
-    QByteArray result;
-    if (!resizeTo(result, count)) {
+    QByteArray result = allocate(count);
+    if (result.size() != count) {
         ZR_SET_LAST_ERROR(QStringLiteral("Couldn't resize memory contain variable to: %1").arg(count));
         return QByteArray();
     }
@@ -168,9 +169,9 @@ QByteArray ZR8BitROM::value(const int &pos, const int &len)
 bool ZR8BitROM::_setSize(const int &size)
 {
     const QMutexLocker locker(&_mutex);
-    if (!resizeTo(_content, size)) {
+    _content = allocate(size);
+    if (_content.size() != size) {
         ZR_SET_LAST_ERROR(QStringLiteral("Couldn't set mermory size to: %1!").arg(size));
-        _content.resize(0);
         _size = 0;
         return false;
     }
@@ -179,11 +180,12 @@ bool ZR8BitROM::_setSize(const int &size)
     return true;
 }
 
-QString ZR8BitROM::_invalidAddressText(int pos) const
+void ZR8BitROM::_reportInvalidAddress(int pos, const char *file, int line, const char *function)
 {
     const int lastPos = static_cast<int>(_content.size()) - 1;
-    return QStringLiteral("Invalid memory address: 0x%1! Availabel: 0x00000000 - 0x%2")
-        .arg(hexText(pos, AddressDigits), hexText(lastPos, AddressDigits));
+    _setLastError(QStringLiteral("Invalid memory address: 0x%1! Availabel: 0x00000000 - 0x%2")
+                      .arg(hexText(pos, AddressDigits), hexText(lastPos, AddressDigits)),
+                  QString::fromLatin1(file), line, QString::fromLocal8Bit(function));
 }
 
 } // namespace ZR

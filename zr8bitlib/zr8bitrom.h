@@ -66,8 +66,9 @@ protected:
     /// Gives the block a size in bytes and clears it. On failure the block is empty.
     bool _setSize(const int &size);
 
-    /// The text of the failure of an access at pos. To be called with the lock held.
-    QString _invalidAddressText(int pos) const;
+    /// Reports an access at a bad position, with the place that found it. To be called with the lock held.
+    Q_DECL_COLD_FUNCTION void _reportInvalidAddress(int pos, const char *file, int line,
+                                                    const char *function);
 
     int _size = 0;
     QMutex _mutex; ///< guards _content; not recursive
