@@ -16,8 +16,13 @@ add_compile_definitions(
 if(MSVC)
     add_compile_options(/W4)
 else()
-    # Calls within a library need not go through its symbol table: nobody replaces its functions.
-    add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -fno-semantic-interposition)
+    add_compile_options(-Wall -Wextra -Wpedantic -Wconversion)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Lets GCC inline the functions of a shared library within it, as Clang does. (Binding all of its symbols
+        # locally would be faster still, but then a host without position independent code could not connect to
+        # signals by their addresses.)
+        add_compile_options(-fno-semantic-interposition)
+    endif()
 endif()
 
 if(ZR_SANITIZERS)
@@ -25,5 +30,5 @@ if(ZR_SANITIZERS)
     add_link_options(-fsanitize=${ZR_SANITIZERS})
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     # A class whose meta-object code is missing would link into a shared library without a word.
-    add_link_options(-Wl,--no-undefined -Wl,-Bsymbolic-functions)
+    add_link_options(-Wl,--no-undefined)
 endif()

@@ -15,6 +15,10 @@ struct HostResult
 inline HostResult runHost(const QStringList &arguments, const QByteArray &input = QByteArray())
 {
     QProcess host;
+    // Without a UTF-8 locale Qt warns on standard error.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    host.setProcessEnvironment(environment);
     host.start(QStringLiteral(ZR_HOST), arguments);
     host.write(input);
     host.closeWriteChannel();

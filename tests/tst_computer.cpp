@@ -8,21 +8,18 @@
 
 #include <QtTest/QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace ZR;
 
 namespace {
 
 TestConfig completeConfig()
 {
-    return {{QStringLiteral("Computer.Name"), QStringLiteral("Test")},
-            {QStringLiteral("Computer.ROMs"), QStringLiteral("CPU, a,A ")},
-            {QStringLiteral("ROM_CPU.Size"), QStringLiteral("1")},
-            {QStringLiteral("ROM_a.Size"), QStringLiteral("2")},
-            {QStringLiteral("ROM_A.Size"), QStringLiteral("3")},
-            {QStringLiteral("Computer.RAMs"), QStringLiteral("CPU")},
-            {QStringLiteral("RAM_CPU.Size"), QStringLiteral("4")},
-            {QStringLiteral("Computer.Processors"), QStringLiteral("CPU")},
-            {QStringLiteral("PROC_CPU.Type"), QStringLiteral("Mos6510")}};
+    return {{u"Computer.Name"_s, u"Test"_s},   {u"Computer.ROMs"_s, u"CPU, a,A "_s},
+            {u"ROM_CPU.Size"_s, u"1"_s},       {u"ROM_a.Size"_s, u"2"_s},
+            {u"ROM_A.Size"_s, u"3"_s},         {u"Computer.RAMs"_s, u"CPU"_s},
+            {u"RAM_CPU.Size"_s, u"4"_s},       {u"Computer.Processors"_s, u"CPU"_s},
+            {u"PROC_CPU.Type"_s, u"Mos6510"_s}};
 }
 
 } // namespace
@@ -32,114 +29,113 @@ class tst_Computer : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void load();
-    void failures_data();
-    void failures();
-    void emptyName();
-    void releases();
-};
-
-void tst_Computer::load()
-{
-    ZR8BitComputer computer;
-    QVERIFY(computer.name().isEmpty());
-    QCOMPARE(computer.computerName(), QStringLiteral("Not defined"));
-    TestConfig config = completeConfig();
-    QVERIFY2(computer.readFromConfig(QStringLiteral("ignored"), &config),
-             qPrintable(computer.lastErrorStr()));
-    QCOMPARE(computer.computerName(), QStringLiteral("Test"));
-    QCOMPARE(computer.roms().keys().join(u','), QStringLiteral("A,CPU,a"));
-    QCOMPARE(computer.roms().value(QStringLiteral("a"))->size(), 2);
-    QCOMPARE(computer.rams().value(QStringLiteral("CPU"))->size(), 4);
-    QVERIFY(computer.rams().first()->name().isEmpty() && !computer.rams().first()->parent());
-    ZR8BitProcessorIface *processor = computer.processors().value(QStringLiteral("CPU"));
-    QVERIFY(dynamic_cast<ZR8BitProcMOS6510 *>(processor));
-    QVERIFY(!processor->mainMemory() && processor->registers().isEmpty());
-
-    QVERIFY(!computer.readFromConfig(QString(), nullptr));
-    QCOMPARE(computer.lastErrorStr(), QStringLiteral("Config handler must be defined!"));
-    QVERIFY(computer.rams().isEmpty() && computer.processors().isEmpty() && computer.roms().isEmpty());
-    QCOMPARE(computer.computerName(), QStringLiteral("Test"));
-    config.remove(QStringLiteral("Computer.Name"));
-    config.remove(QStringLiteral("Computer.ROMs"));
-    QVERIFY(computer.readFromConfig(QString(), &config));
-    QVERIFY(computer.roms().isEmpty());
-    QCOMPARE(computer.computerName(), QStringLiteral("Not defined"));
-    QVERIFY(computer.isThereError());
-}
-
-void tst_Computer::failures_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value"); // null to remove the setting
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *key, const char *value, const char *text) {
-        QTest::newRow(name) << QString::fromLatin1(key) << QString::fromLatin1(value)
-                            << QString::fromLatin1(text);
-    };
-    row("no RAM", "Computer.RAMs", nullptr, "At least one RAM must be defined!");
-    row("no processor", "Computer.Processors", nullptr, "At least one processor must be defined!");
-    row("ROM twice", "Computer.ROMs", "a, a ", "ROM: 'a' is already loaded!");
-    row("RAM twice", "Computer.RAMs", "CPU,CPU", "RAM: 'CPU' is already loaded!");
-    row("processor twice", "Computer.Processors", "CPU, CPU", "Processor: 'CPU' is already loaded!");
-    row("ROM without size", "Computer.ROMs", "%1%2",
-        "Error on load 'ROM_%1%2' parameters! ROM_%1%2.Size field does not defined!");
-    row("RAM without size", "RAM_CPU.Size", nullptr,
-        "Error on load 'RAM_CPU' parameters! RAM_CPU.Size field does not defined!");
-    row("RAM without file", "RAM_CPU.FilePath", "/no/file%2",
-        "Error on load 'RAM_CPU' parameters! Couldn't read content from file: '/no/file%2'!");
-    row("no type", "PROC_CPU.Type", nullptr, "Processor: 'CPU' type is not defined!");
-    row("unknown type", "PROC_CPU.Type", "6510", "Unsupported processor type: '6510'!");
-    row("untrimmed type", "PROC_CPU.Type", "MOS6510 ", "Unsupported processor type: 'MOS6510 '!");
-    row("unknown name", "Computer.Processors", "cpu", "Processor: 'cpu' type is not defined!");
-}
-
-void tst_Computer::failures()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    QFETCH(QString, text);
-    TestConfig config = completeConfig();
-    ZR8BitComputer computer;
-    QVERIFY(computer.readFromConfig(QString(), &config));
-    QSignalSpy ramDestroyed(computer.rams().first(), &QObject::destroyed);
-    if (value.isNull())
-        config.remove(key);
-    else
-        config[key] = value;
-    QVERIFY(!computer.readFromConfig(QString(), &config));
-    QCOMPARE(computer.lastErrorStr(), text);
-    QVERIFY(computer.roms().isEmpty() && computer.rams().isEmpty() && computer.processors().isEmpty());
-    QCOMPARE(ramDestroyed.size(), 1);
-}
-
-void tst_Computer::emptyName()
-{
-    TestConfig config = completeConfig();
-    config[QStringLiteral("Computer.RAMs")] = QStringLiteral(" ");
-    config[QStringLiteral("RAM_.Size")] = QStringLiteral("9");
-    ZR8BitComputer computer;
-    QVERIFY(computer.readFromConfig(QString(), &config));
-    QCOMPARE(computer.rams().value(QString())->size(), 9);
-}
-
-void tst_Computer::releases()
-{
-    QStringList released;
+    void load()
     {
         ZR8BitComputer computer;
+        QVERIFY(computer.name().isEmpty());
+        QCOMPARE(computer.computerName(), u"Not defined"_s);
         TestConfig config = completeConfig();
+        QVERIFY2(computer.readFromConfig(u"ignored"_s, &config), qPrintable(computer.lastErrorStr()));
+        QCOMPARE(computer.computerName(), u"Test"_s);
+        QCOMPARE(computer.roms().keys().join(u','), u"A,CPU,a"_s);
+        QCOMPARE(computer.roms().value(u"a"_s)->size(), 2);
+        QCOMPARE(computer.rams().value(u"CPU"_s)->size(), 4);
+        QVERIFY(computer.rams().first()->name().isEmpty() && !computer.rams().first()->parent());
+        ZR8BitProcessorIface *processor = computer.processors().value(u"CPU"_s);
+        QVERIFY(dynamic_cast<ZR8BitProcMOS6510 *>(processor));
+        QVERIFY(!processor->mainMemory() && processor->registers().isEmpty());
+
+        QVERIFY(!computer.readFromConfig(QString(), nullptr));
+        QCOMPARE(computer.lastErrorStr(), u"Config handler must be defined!"_s);
+        QVERIFY(computer.rams().isEmpty() && computer.processors().isEmpty() && computer.roms().isEmpty());
+        QCOMPARE(computer.computerName(), u"Test"_s);
+        config.remove(u"Computer.Name"_s);
+        config.remove(u"Computer.ROMs"_s);
         QVERIFY(computer.readFromConfig(QString(), &config));
-        const auto watch = [&](QObject *object, const QString &name) {
-            connect(object, &QObject::destroyed, this, [&released, name] { released += name; });
-        };
-        for (const auto &[name, rom] : computer.roms().asKeyValueRange())
-            watch(rom, QStringLiteral("ROM ") + name);
-        watch(computer.rams().first(), QStringLiteral("RAM"));
-        watch(static_cast<ZR8BitProcBase *>(computer.processors().first()), QStringLiteral("PROC"));
+        QVERIFY(computer.roms().isEmpty());
+        QCOMPARE(computer.computerName(), u"Not defined"_s);
+        QVERIFY(computer.isThereError());
+
+        // ROMs come before RAMs, and so do their failures.
+        config[u"Computer.ROMs"_s] = u"x"_s;
+        config.remove(u"Computer.RAMs"_s);
+        QVERIFY(!computer.readFromConfig(QString(), &config));
+        QVERIFY(computer.lastErrorStr().startsWith(u"Error on load 'ROM_x' parameters!"_s));
     }
-    QCOMPARE(released.join(u','), QStringLiteral("PROC,RAM,ROM A,ROM CPU,ROM a"));
-}
+
+    void failures_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value"); // null to remove the setting
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const char *key, const char *value, const char *text) {
+            QTest::newRow(name) << QString::fromLatin1(key) << QString::fromLatin1(value)
+                                << QString::fromLatin1(text);
+        };
+        row("no RAM", "Computer.RAMs", nullptr, "At least one RAM must be defined!");
+        row("no processor", "Computer.Processors", nullptr, "At least one processor must be defined!");
+        row("ROM twice", "Computer.ROMs", "a, a ", "ROM: 'a' is already loaded!");
+        row("RAM twice", "Computer.RAMs", "CPU,CPU", "RAM: 'CPU' is already loaded!");
+        row("processor twice", "Computer.Processors", "CPU, CPU", "Processor: 'CPU' is already loaded!");
+        row("ROM without size", "Computer.ROMs", "%1%2",
+            "Error on load 'ROM_%1%2' parameters! ROM_%1%2.Size field does not defined!");
+        row("RAM without size", "RAM_CPU.Size", nullptr,
+            "Error on load 'RAM_CPU' parameters! RAM_CPU.Size field does not defined!");
+        row("RAM without file", "RAM_CPU.FilePath", "/no/file%2",
+            "Error on load 'RAM_CPU' parameters! Couldn't read content from file: '/no/file%2'!");
+        row("no type", "PROC_CPU.Type", nullptr, "Processor: 'CPU' type is not defined!");
+        row("unknown type", "PROC_CPU.Type", "6510", "Unsupported processor type: '6510'!");
+        row("untrimmed type", "PROC_CPU.Type", "MOS6510 ", "Unsupported processor type: 'MOS6510 '!");
+        row("unknown name", "Computer.Processors", "cpu", "Processor: 'cpu' type is not defined!");
+    }
+
+    void failures()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(QString, text);
+        TestConfig config = completeConfig();
+        ZR8BitComputer computer;
+        QVERIFY(computer.readFromConfig(QString(), &config));
+        QSignalSpy ramDestroyed(computer.rams().first(), &QObject::destroyed);
+        if (value.isNull())
+            config.remove(key);
+        else
+            config[key] = value;
+        QVERIFY(!computer.readFromConfig(QString(), &config));
+        QCOMPARE(computer.lastErrorStr(), text);
+        QVERIFY(computer.roms().isEmpty() && computer.rams().isEmpty() && computer.processors().isEmpty());
+        QCOMPARE(ramDestroyed.size(), 1);
+    }
+
+    void emptyName()
+    {
+        TestConfig config = completeConfig();
+        config[u"Computer.RAMs"_s] = u" "_s;
+        config[u"RAM_.Size"_s] = u"9"_s;
+        ZR8BitComputer computer;
+        QVERIFY(computer.readFromConfig(QString(), &config));
+        QCOMPARE(computer.rams().value(QString())->size(), 9);
+    }
+
+    void releases()
+    {
+        QStringList released;
+        {
+            ZR8BitComputer computer;
+            TestConfig config = completeConfig();
+            QVERIFY(computer.readFromConfig(QString(), &config));
+            const auto watch = [&](QObject *object, const QString &name) {
+                connect(object, &QObject::destroyed, this, [&released, name] { released += name; });
+            };
+            for (const auto &[name, rom] : computer.roms().asKeyValueRange())
+                watch(rom, u"ROM "_s + name);
+            watch(computer.rams().first(), u"RAM"_s);
+            watch(static_cast<ZR8BitProcBase *>(computer.processors().first()), u"PROC"_s);
+        }
+        QCOMPARE(released.join(u','), u"PROC,RAM,ROM A,ROM CPU,ROM a"_s);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Computer)
 #include "tst_computer.moc"

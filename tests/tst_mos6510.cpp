@@ -8,12 +8,12 @@
 
 #include <QtTest/QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace ZR;
 
 namespace {
 
-const QString unknownOpcode =
-    QStringLiteral("The opcode: 0x%1 is not in the processor supported command list!");
+const QString unknownOpcode = u"The opcode: 0x%1 is not in the processor supported command list!"_s;
 
 /// A processor that is ready to run in a memory of zeros.
 struct Machine
@@ -51,331 +51,307 @@ class tst_MOS6510 : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void table();
-    void descriptions_data();
-    void descriptions();
-    void runFromBuffer();
-    void zeroLength();
-    void init();
-    void sums();
-    void addressing_data();
-    void addressing();
-    void step();
-    void stepPastTheEnd();
-    void noMainMemory();
-    void unknownHandler();
-    void loggers();
+    void table()
+    {
+        const auto title = u"title"_s;
+        ZR8BitProcCommands commands;
+        ZR8BitProcCommand *row = commands.addCommand(0x69, 2, 255, u"A%2"_s, title, u"text"_s);
+        QVERIFY(row);
+        QCOMPARE(row->name(), u"ZR8BitProcCommand_A%2"_s);
+        QCOMPARE(row->descHint() + row->desc() + row->assembly(), u"titletextA%2"_s);
+        QCOMPARE(int(row->cycleCnt()), 255);
+        QCOMPARE(int(row->exec("", 0)), 2); // nobody is connected
+        QCOMPARE(row->parent(), &commands);
+        const auto copy = commands.commandList();
+
+        QVERIFY(!commands.command(0x0A));
+        QVERIFY(!commands.isThereError());
+        QVERIFY(!commands.addCommand(0x69, 3, 1, u"B"_s, title, title));
+        QCOMPARE(commands.lastErrorStr(),
+                 u"Opcode: 0x69 is already in the commands list with assembly: 'A%2'"_s);
+        QVERIFY(!commands.addCommand(0x0A, 3, 1, QString(), title, title));
+        QCOMPARE(commands.lastErrorStr(), u"Assembly must defined for opcode: 0x0a!"_s);
+        QCOMPARE(commands.command(0x69), row);
+        QVERIFY(commands.addCommand(0x0A, 3, 1, u"B"_s, title, title));
+        QCOMPARE(copy.size(), 1);
+        QCOMPARE(commands.commandList().size(), 2);
+    }
+
+    void descriptions()
+    {
+        Machine machine;
+        QString texts = machine.processor.descHint() + machine.processor.desc();
+        for (ZR8BitRegister *reg : machine.processor.registers())
+            texts += reg->descHint() + reg->desc();
+        QCOMPARE(texts.count(u'\t'), 12);
+        QCOMPARE(QCryptographicHash::hash(texts.toUtf8(), QCryptographicHash::Sha1).toHex(),
+                 "ebe1c8f43a72e2791275386b9ba1db266fd119c3");
+    }
+
+    void runFromBuffer()
+    {
+        Machine machine;
+        ZR8BitProcMOS6510 &processor = machine.processor;
+        const QByteArray adc("\x69\x05", 2);
+        QCOMPARE(processor.execute(adc), 2);
+        QCOMPARE(processor.execute(adc.constData(), 0), 2); // the size is not looked at
+        QCOMPARE(machine.ac(), 10);
+        QCOMPARE(machine.pc(), 0);
+
+        processor.pause();
+        QCOMPARE(processor.execute(QByteArray("\xFF", 1)), 0);
+        QVERIFY(!processor.isThereError());
+        processor.resume();
+        QCOMPARE(processor.execute(QByteArray("\xFF", 1)), -1);
+        QVERIFY(processor.hardwareIssue());
+        QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(u"ff"_s));
+        QCOMPARE(processor.lastErrorStr(), processor.hardwareIssueMsg());
+        QCOMPARE(processor.execute(adc), 0);
+        processor.pause();
+        processor.resume();
+        QVERIFY(processor.hardwareIssue());
+        processor.pause();
+        processor.resetHardwareIssue();
+        QCOMPARE(processor.execute(adc), 0);
+        processor.resume();
+        QVERIFY(!processor.hardwareIssue() && processor.hardwareIssueMsg().isEmpty());
+        QVERIFY(processor.isThereError());
+        QCOMPARE(processor.execute(adc), 2);
+        QCOMPARE(processor.execute(nullptr, 2), -1);
+        QVERIFY(processor.hardwareIssue());
+    }
+
+    void zeroLength()
+    {
+        TestProcessor processor;
+        TestConfig config{};
+        QVERIFY(processor.init() && processor.readFromConfig(u"any"_s, &config));
+        QVERIFY(processor.commands().addCommand(0x0A, 0, 1, u"NUL%3"_s, QString(), QString()));
+        QCOMPARE(processor.execute(QByteArray("\x0A", 1)), -1);
+        QCOMPARE(processor.hardwareIssueMsg(), u"Error on execute command: 0x0a - 'NUL%3'! "_s);
+        QVERIFY(!processor.readFromConfig(QString(), nullptr));
+        QCOMPARE(processor.lastErrorStr(), u"Config handler must be defined!"_s);
+    }
+
+    void init()
+    {
+        ZR8BitProcMOS6510 fresh;
+        QVERIFY(fresh.registers().isEmpty() && fresh.commandList().isEmpty());
+
+        Machine machine;
+        QCOMPARE(machine.processor.registers().keys().join(u','), u"AC,PC,PS,SP,XR,YR"_s);
+        for (ZR8BitRegister *reg : machine.processor.registers()) {
+            QCOMPARE(reg->value(), short(reg->id() == QLatin1String("PS") ? 0x20 : 0));
+            QCOMPARE(reg->regType(),
+                     reg->id() == QLatin1String("PC") ? ZR8BitRegType16Bit : ZR8BitRegType8Bit);
+        }
+        QStringList rows;
+        for (ZR8BitProcCommand *row : machine.processor.commandList())
+            rows += u"%1 %2 %3 %4"_s.arg(row->code(), 2, 16)
+                        .arg(row->length())
+                        .arg(row->cycleCnt())
+                        .arg(row->assembly());
+        rows.sort();
+        QCOMPARE(rows.join(u','),
+                 QStringLiteral("61 2 6 ADC,65 2 3 ADC,69 2 2 ADC,6d 3 4 ADC,71 2 6 ADC,75 2 4 ADC,"
+                                "79 3 5 ADC,7d 3 5 ADC,aa 1 2 TAX"));
+
+        // A second init() starts the registers anew, fails, and leaves a working machine.
+        machine.reg("AC").setValue(9);
+        QVERIFY(!machine.processor.init());
+        QCOMPARE(machine.processor.lastErrorStr(),
+                 u"Opcode: 0x69 is already in the commands list with assembly: 'ADC'"_s);
+        QCOMPARE(machine.processor.execute(QByteArray("\x69\x05", 2)), 2);
+        QCOMPARE(machine.ac(), 5);
+    }
+
+    void sums()
+    {
+        Machine machine;
+        auto &ps = static_cast<ZRMOS6510PSRegister &>(machine.reg("PS"));
+        for (int i = 0; i < 256 * 256 * 2; ++i) {
+            const int a = i & 0xFF;
+            const int m = i >> 8 & 0xFF;
+            const int c = i >> 16;
+            const int others = (i * 7 & 0x1C) | 0x20; // B, D and I stay, and D changes nothing
+            machine.reg("AC").setLo(static_cast<char>(a));
+            ps.setLo(static_cast<char>(others | c));
+            const char code[] = {0x69, static_cast<char>(m)};
+            machine.processor.execute(code, 2);
+
+            const int sum = a + m + c;
+            const int result = sum % 256;
+            const bool overflow = (a < 128) == (m < 128) && (a < 128) != (result < 128);
+            const int flags =
+                others | (result & 0x80) | (overflow ? 0x40 : 0) | (result == 0 ? 0x02 : 0) | sum / 256;
+            if (machine.ac() != result || static_cast<unsigned char>(ps.lo()) != flags)
+                QFAIL(qPrintable(u"%1 + %2 + %3"_s.arg(a).arg(m).arg(c)));
+        }
+    }
+
+    void addressing_data()
+    {
+        QTest::addColumn<QByteArray>("code");
+        QTest::addColumn<int>("x");
+        QTest::addColumn<int>("y");
+        QTest::addColumn<int>("pointerAt"); // -1 for none
+        QTest::addColumn<int>("pointer");
+        QTest::addColumn<int>("address");
+        const auto row = [](const char *name, const char *code, int x, int y, int address, int pointerAt = -1,
+                            int pointer = 0) {
+            QTest::newRow(name) << QByteArray::fromHex(code) << x << y << pointerAt << pointer << address;
+        };
+        row("zero page", "65f0", 9, 9, 0xF0);
+        row("zero page,X", "7501", 2, 9, 0x03);
+        row("zero page,X wraps", "75f0", 0x20, 9, 0x10);
+        row("zero page,X wraps to 0", "7501", 0xFF, 9, 0);
+        row("absolute", "6d3412", 9, 9, 0x1234);
+        row("absolute,X is unsigned", "7d3412", 0x80, 9, 0x12B4);
+        row("absolute,X wraps", "7dffff", 1, 9, 0);
+        row("absolute,Y", "793412", 9, 3, 0x1237);
+        row("absolute,Y wraps", "79ffff", 9, 1, 0);
+        row("(zero page,X)", "6110", 3, 9, 0x4321, 0x13, 0x4321);
+        row("(zero page,X) wraps", "61fe", 3, 9, 0x8765, 0x01, 0x8765);
+        row("(zero page,X) pointer at the edge", "61f0", 0x0F, 9, 0x4321, 0xFF, 0x4321);
+        row("(zero page),Y", "7110", 9, 0xFF, 0x10FF, 0x10, 0x1000);
+        row("(zero page),Y pointer at the edge", "71ff", 9, 1, 0x4322, 0xFF, 0x4321);
+        row("(zero page),Y wraps", "7110", 9, 0x10, 0x000F, 0x10, 0xFFFF);
+    }
+
+    void addressing()
+    {
+        QFETCH(QByteArray, code);
+        QFETCH(int, x);
+        QFETCH(int, y);
+        QFETCH(int, pointerAt);
+        QFETCH(int, pointer);
+        QFETCH(int, address);
+        Machine machine;
+        machine.reg("XR").setValue(static_cast<short>(x));
+        machine.reg("YR").setValue(static_cast<short>(y));
+        if (pointerAt >= 0)
+            machine.ram.setWordValue(static_cast<short>(pointer), pointerAt);
+        machine.ram.setByteValue(0x5A, address);
+        QCOMPARE(machine.processor.execute(code), int(code.size()));
+        QCOMPARE(machine.ac(), 0x5A);
+
+        // Beyond the end of a short memory everything reads 0, which is no failure of the processor.
+        Machine none(0);
+        QCOMPARE(none.processor.execute(code), int(code.size()));
+        QCOMPARE(none.ac(), 0);
+        QVERIFY(!none.processor.hardwareIssue());
+        QVERIFY(none.ram.lastErrorStr().startsWith(QLatin1String("Invalid memory address: 0x0000")));
+    }
+
+    void step()
+    {
+        Machine machine;
+        ZR8BitProcessorIface &processor = machine.processor;
+        machine.ram.setValue(QByteArray("\x69\x05\xAA\x00", 4), 0xFFF0);
+        machine.reg("PC").setValue(short(0xFFF0));
+        QSignalSpy pcSpy(&machine.reg("PC"), &ZR8BitRegister::onValueChanged);
+        bool flagsFirst = false;
+        QObject::connect(&machine.reg("AC"), &ZR8BitRegister::onValueChanged, this,
+                         [&] { flagsFirst = machine.reg("PS").loBit(1) == 0 && machine.pc() == 0xFFF0; });
+        machine.reg("PS").setLoBit(1, 1);
+
+        processor.pause();
+        QCOMPARE(processor.step(), 0);
+        QCOMPARE(pcSpy.size(), 0);
+        processor.resume();
+        QCOMPARE(processor.step(), 2);
+        QCOMPARE(machine.ac(), 5);
+        QVERIFY(flagsFirst);
+        QCOMPARE(machine.pc(), 0xFFF2);
+        QCOMPARE(pcSpy.size(), 1);
+
+        QCOMPARE(processor.step(), 1); // TAX does nothing
+        QCOMPARE(machine.pc(), 0xFFF3);
+        QCOMPARE(machine.ac() + machine.reg("XR").value(), 5);
+
+        QCOMPARE(processor.step(), -1);
+        QCOMPARE(machine.pc(), 0xFFF3);
+        QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(u"00"_s));
+        QCOMPARE(processor.step(), 0);
+    }
+
+    void stepPastTheEnd()
+    {
+        // In a full memory the operand wraps to address 0, and so does PC.
+        Machine full;
+        full.ram.setValue(QByteArray("\x00\x12", 2), 0);
+        full.ram.setByteValue(0x6D, 0xFFFF);
+        full.ram.setByteValue(7, 0x1200);
+        full.reg("PC").setValue(short(0xFFFF));
+        QCOMPARE(full.processor.step(), 3);
+        QCOMPARE(full.pc(), 2);
+        QCOMPARE(full.ac(), 7);
+        QVERIFY(!full.ram.isThereError());
+
+        // In a short one it reads 0, and the memory tells of the last byte that was not there.
+        Machine brief(2);
+        brief.ram.setValue(QByteArray("\x05\x6D", 2), 0);
+        brief.reg("PC").setValue(1);
+        QCOMPARE(brief.processor.step(), 3);
+        QCOMPARE(brief.ac(), 5);
+        QCOMPARE(brief.ram.lastErrorStr(),
+                 u"Invalid memory address: 0x00000003! Availabel: 0x00000000 - 0x00000001"_s);
+        QCOMPARE(brief.processor.step(), -1); // PC is beyond the end: opcode 0
+    }
+
+    void noMainMemory()
+    {
+        ZR8BitProcMOS6510 processor;
+        ZR8BitRAM ram;
+        QCOMPARE(processor.step(), -1);
+        QCOMPARE(processor.hardwareIssueMsg(), u"Main memory must be defined!"_s);
+        QCOMPARE(processor.lastErrorStr(), processor.hardwareIssueMsg());
+        QCOMPARE(processor.step(), 0);
+        processor.resetHardwareIssue();
+        processor.setMainMemory(&ram);
+        QCOMPARE(processor.step(), -1); // not initialised: there is no opcode at all
+        QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(u"00"_s));
+
+        Machine machine;
+        machine.processor.setMainMemory(nullptr);
+        QCOMPARE(machine.processor.execute(QByteArray("\x69\x05", 2)), 2);
+        QCOMPARE(machine.processor.execute(QByteArray("\x65\x05", 2)), 2);
+        QVERIFY(machine.processor.hardwareIssue());
+        QCOMPARE(machine.ac(), 5);
+    }
+
+    void unknownHandler()
+    {
+        Machine machine;
+        ZR8BitProcCommand *tax = machine.processor.commandList().value(0xAA);
+        QVERIFY(QObject::connect(tax, SIGNAL(execute(ZR8BitProcCommand *, const char *)), &machine.processor,
+                                 SLOT(mc_ADC(ZR8BitProcCommand *, const char *)), Qt::DirectConnection));
+        machine.ram.setByteValue(char(0xAA), 0);
+        QCOMPARE(machine.processor.step(), 1);
+        QCOMPARE(machine.processor.hardwareIssueMsg(), u"Opcode: 0xaa is unknow for ADC command!"_s);
+        QCOMPARE(machine.pc(), 1);
+        QCOMPARE(machine.processor.step(), 0);
+    }
+
+    void loggers()
+    {
+        TestLogger logger;
+        Machine machine;
+        machine.processor.setLogger(&logger);
+        for (ZR8BitRegister *reg : machine.processor.registers())
+            QCOMPARE(reg->logger(), &logger);
+        QCOMPARE(machine.processor.commandList().value(0xAA)->logger(), nullptr);
+        QVERIFY(!machine.processor.init());
+        machine.processor.execute(QByteArray("\xFF", 1));
+        machine.ram.setLogger(&logger);
+        machine.ram.write("x", 1, -1);
+        QStringList files;
+        for (const QString &line : logger.lines)
+            files += line.section(u'|', 2, 2).section(u'/', 1);
+        QCOMPARE(files.join(u','),
+                 u"zr8bitproccommand,zr8bitprocmos6510,zr8bitprocbase,zr8bitram,zr8bitram"_s);
+    }
 };
-
-void tst_MOS6510::table()
-{
-    const auto title = QStringLiteral("title");
-    ZR8BitProcCommands commands;
-    ZR8BitProcCommand *row =
-        commands.addCommand(0x69, 2, 255, QStringLiteral("A%2"), title, QStringLiteral("text"));
-    QVERIFY(row);
-    QCOMPARE(row->name(), QStringLiteral("ZR8BitProcCommand_A%2"));
-    QCOMPARE(row->descHint() + row->desc() + row->assembly(), QStringLiteral("titletextA%2"));
-    QCOMPARE(int(row->cycleCnt()), 255);
-    QCOMPARE(int(row->exec("", 0)), 2); // nobody is connected
-    QCOMPARE(row->parent(), &commands);
-    const auto copy = commands.commandList();
-
-    QVERIFY(!commands.command(0x0A));
-    QVERIFY(!commands.isThereError());
-    QVERIFY(!commands.addCommand(0x69, 3, 1, QStringLiteral("B"), title, title));
-    QCOMPARE(commands.lastErrorStr(),
-             QStringLiteral("Opcode: 0x69 is already in the commands list with assembly: 'A%2'"));
-    QVERIFY(!commands.addCommand(0x0A, 3, 1, QString(), title, title));
-    QCOMPARE(commands.lastErrorStr(), QStringLiteral("Assembly must defined for opcode: 0x0a!"));
-    QCOMPARE(commands.command(0x69), row);
-    QVERIFY(commands.addCommand(0x0A, 3, 1, QStringLiteral("B"), title, title));
-    QCOMPARE(copy.size(), 1);
-    QCOMPARE(commands.commandList().size(), 2);
-}
-
-void tst_MOS6510::descriptions_data()
-{
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QByteArray>("digest"); // SHA-1 of the long text
-    const auto row = [](const char *id, const char *title, const char *digest) {
-        QTest::newRow(id) << QString::fromLatin1(id) << QString::fromLatin1(title) << QByteArray(digest);
-    };
-    row("", "MOS 6510 Microprocessor with I/O", "95806f1aff53ac0c8266dd78ef0048375d32b4d9");
-    row("AC", "AC - Accumulator", "8c3436eb22c606dbaf870a1c09ddb03b503f9834");
-    row("PC", "PC - Program Counter", "054564454427b72af87fd4428d16f2b92ac1ae25");
-    row("SP", "SP - Stack pointer", "9e964b21179eba0a68b81986eb6c9d271fb6d96d");
-    row("XR", "X - Index register X", "ecfc7d8e1cbc7cff66ad630ffa65d8d3045948b0");
-    row("YR", "Y - Index register Y", "d2037b967c943759e00bc7d6c8fd722450a736c5");
-    row("PS", "PS - Processor status", "5364f88f92eca4e739ef771af6fcca0c04dd987b");
-}
-
-void tst_MOS6510::descriptions()
-{
-    QFETCH(QString, id);
-    QFETCH(QString, title);
-    QFETCH(QByteArray, digest);
-    Machine machine;
-    ZRObject *object = &machine.processor;
-    if (!id.isEmpty())
-        object = machine.processor.registers().value(id);
-    QCOMPARE(object->descHint(), title);
-    QCOMPARE(QCryptographicHash::hash(object->desc().toUtf8(), QCryptographicHash::Sha1).toHex(), digest);
-}
-
-void tst_MOS6510::runFromBuffer()
-{
-    Machine machine;
-    ZR8BitProcMOS6510 &processor = machine.processor;
-    const QByteArray adc("\x69\x05", 2);
-    QCOMPARE(processor.execute(adc), 2);
-    QCOMPARE(processor.execute(adc.constData(), 0), 2); // the size is not looked at
-    QCOMPARE(machine.ac(), 10);
-    QCOMPARE(machine.pc(), 0);
-
-    processor.pause();
-    QCOMPARE(processor.execute(QByteArray("\xFF", 1)), 0);
-    QVERIFY(!processor.isThereError());
-    processor.resume();
-    QCOMPARE(processor.execute(QByteArray("\xFF", 1)), -1);
-    QVERIFY(processor.hardwareIssue());
-    QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(QStringLiteral("ff")));
-    QCOMPARE(processor.lastErrorStr(), processor.hardwareIssueMsg());
-    QCOMPARE(processor.execute(adc), 0);
-    processor.resetHardwareIssue();
-    QVERIFY(!processor.hardwareIssue() && processor.hardwareIssueMsg().isEmpty());
-    QVERIFY(processor.isThereError());
-    QCOMPARE(processor.execute(adc), 2);
-    QCOMPARE(processor.execute(nullptr, 2), -1);
-    QVERIFY(processor.hardwareIssue());
-}
-
-void tst_MOS6510::zeroLength()
-{
-    TestProcessor processor;
-    TestConfig config{};
-    QVERIFY(processor.init() && processor.readFromConfig(QStringLiteral("any"), &config));
-    QVERIFY(processor.commands().addCommand(0x0A, 0, 1, QStringLiteral("NUL%3"), QString(), QString()));
-    QCOMPARE(processor.execute(QByteArray("\x0A", 1)), -1);
-    QCOMPARE(processor.hardwareIssueMsg(), QStringLiteral("Error on execute command: 0x0a - 'NUL%3'! "));
-    QVERIFY(!processor.readFromConfig(QString(), nullptr));
-    QCOMPARE(processor.lastErrorStr(), QStringLiteral("Config handler must be defined!"));
-}
-
-void tst_MOS6510::init()
-{
-    ZR8BitProcMOS6510 fresh;
-    QVERIFY(fresh.registers().isEmpty() && fresh.commandList().isEmpty());
-
-    Machine machine;
-    QCOMPARE(machine.processor.registers().keys().join(u','), QStringLiteral("AC,PC,PS,SP,XR,YR"));
-    for (ZR8BitRegister *reg : machine.processor.registers()) {
-        QCOMPARE(reg->value(), short(reg->id() == QLatin1String("PS") ? 0x20 : 0));
-        QCOMPARE(reg->regType(), reg->id() == QLatin1String("PC") ? ZR8BitRegType16Bit : ZR8BitRegType8Bit);
-    }
-    QStringList rows;
-    for (ZR8BitProcCommand *row : machine.processor.commandList())
-        rows += QStringLiteral("%1 %2 %3 %4")
-                    .arg(row->code(), 2, 16)
-                    .arg(row->length())
-                    .arg(row->cycleCnt())
-                    .arg(row->assembly());
-    rows.sort();
-    QCOMPARE(rows.join(u','),
-             QStringLiteral("61 2 6 ADC,65 2 3 ADC,69 2 2 ADC,6d 3 4 ADC,71 2 6 ADC,75 2 4 ADC,"
-                            "79 3 5 ADC,7d 3 5 ADC,aa 1 2 TAX"));
-
-    // A second init() starts the registers anew, fails, and leaves a working machine.
-    machine.reg("AC").setValue(9);
-    QVERIFY(!machine.processor.init());
-    QCOMPARE(machine.processor.lastErrorStr(),
-             QStringLiteral("Opcode: 0x69 is already in the commands list with assembly: 'ADC'"));
-    QCOMPARE(machine.processor.execute(QByteArray("\x69\x05", 2)), 2);
-    QCOMPARE(machine.ac(), 5);
-}
-
-void tst_MOS6510::sums()
-{
-    Machine machine;
-    auto &ps = static_cast<ZRMOS6510PSRegister &>(machine.reg("PS"));
-    for (int i = 0; i < 256 * 256 * 2; ++i) {
-        const int a = i & 0xFF;
-        const int m = i >> 8 & 0xFF;
-        const int c = i >> 16;
-        const int others = (i * 7 & 0x1C) | 0x20; // B, D and I stay, and D changes nothing
-        machine.reg("AC").setLo(static_cast<char>(a));
-        ps.setLo(static_cast<char>(others | c));
-        const char code[] = {0x69, static_cast<char>(m)};
-        machine.processor.execute(code, 2);
-
-        const int sum = a + m + c;
-        const int result = sum % 256;
-        const bool overflow = (a < 128) == (m < 128) && (a < 128) != (result < 128);
-        const int flags =
-            others | (result & 0x80) | (overflow ? 0x40 : 0) | (result == 0 ? 0x02 : 0) | sum / 256;
-        if (machine.ac() != result || static_cast<unsigned char>(ps.lo()) != flags)
-            QFAIL(qPrintable(QStringLiteral("%1 + %2 + %3").arg(a).arg(m).arg(c)));
-    }
-}
-
-void tst_MOS6510::addressing_data()
-{
-    QTest::addColumn<QByteArray>("code");
-    QTest::addColumn<int>("x");
-    QTest::addColumn<int>("y");
-    QTest::addColumn<int>("pointerAt"); // -1 for none
-    QTest::addColumn<int>("pointer");
-    QTest::addColumn<int>("address");
-    const auto row = [](const char *name, const char *code, int x, int y, int address, int pointerAt = -1,
-                        int pointer = 0) {
-        QTest::newRow(name) << QByteArray::fromHex(code) << x << y << pointerAt << pointer << address;
-    };
-    row("zero page", "65f0", 9, 9, 0xF0);
-    row("zero page,X", "7501", 2, 9, 0x03);
-    row("zero page,X wraps", "75f0", 0x20, 9, 0x10);
-    row("zero page,X wraps to 0", "7501", 0xFF, 9, 0);
-    row("absolute", "6d3412", 9, 9, 0x1234);
-    row("absolute,X is unsigned", "7d3412", 0x80, 9, 0x12B4);
-    row("absolute,X wraps", "7dffff", 1, 9, 0);
-    row("absolute,Y", "793412", 9, 3, 0x1237);
-    row("absolute,Y wraps", "79ffff", 9, 1, 0);
-    row("(zero page,X)", "6110", 3, 9, 0x4321, 0x13, 0x4321);
-    row("(zero page,X) wraps", "61fe", 3, 9, 0x8765, 0x01, 0x8765);
-    row("(zero page,X) pointer at the edge", "61f0", 0x0F, 9, 0x4321, 0xFF, 0x4321);
-    row("(zero page),Y", "7110", 9, 0xFF, 0x10FF, 0x10, 0x1000);
-    row("(zero page),Y pointer at the edge", "71ff", 9, 1, 0x4322, 0xFF, 0x4321);
-    row("(zero page),Y wraps", "7110", 9, 0x10, 0x000F, 0x10, 0xFFFF);
-}
-
-void tst_MOS6510::addressing()
-{
-    QFETCH(QByteArray, code);
-    QFETCH(int, x);
-    QFETCH(int, y);
-    QFETCH(int, pointerAt);
-    QFETCH(int, pointer);
-    QFETCH(int, address);
-    Machine machine;
-    machine.reg("XR").setValue(static_cast<short>(x));
-    machine.reg("YR").setValue(static_cast<short>(y));
-    if (pointerAt >= 0)
-        machine.ram.setWordValue(static_cast<short>(pointer), pointerAt);
-    machine.ram.setByteValue(0x5A, address);
-    QCOMPARE(machine.processor.execute(code), int(code.size()));
-    QCOMPARE(machine.ac(), 0x5A);
-
-    // Beyond the end of a short memory everything reads 0, which is no failure of the processor.
-    Machine none(0);
-    QCOMPARE(none.processor.execute(code), int(code.size()));
-    QCOMPARE(none.ac(), 0);
-    QVERIFY(!none.processor.hardwareIssue());
-    QVERIFY(none.ram.lastErrorStr().startsWith(QLatin1String("Invalid memory address: 0x0000")));
-}
-
-void tst_MOS6510::step()
-{
-    Machine machine;
-    ZR8BitProcessorIface &processor = machine.processor;
-    machine.ram.setValue(QByteArray("\x69\x05\xAA\x00", 4), 0xFFF0);
-    machine.reg("PC").setValue(short(0xFFF0));
-    QSignalSpy pcSpy(&machine.reg("PC"), &ZR8BitRegister::onValueChanged);
-    bool flagsFirst = false;
-    QObject::connect(&machine.reg("AC"), &ZR8BitRegister::onValueChanged, this,
-                     [&] { flagsFirst = machine.reg("PS").loBit(1) == 0 && machine.pc() == 0xFFF0; });
-    machine.reg("PS").setLoBit(1, 1);
-
-    processor.pause();
-    QCOMPARE(processor.step(), 0);
-    QCOMPARE(pcSpy.size(), 0);
-    processor.resume();
-    QCOMPARE(processor.step(), 2);
-    QCOMPARE(machine.ac(), 5);
-    QVERIFY(flagsFirst);
-    QCOMPARE(machine.pc(), 0xFFF2);
-    QCOMPARE(pcSpy.size(), 1);
-
-    QCOMPARE(processor.step(), 1); // TAX does nothing
-    QCOMPARE(machine.pc(), 0xFFF3);
-    QCOMPARE(machine.ac() + machine.reg("XR").value(), 5);
-
-    QCOMPARE(processor.step(), -1);
-    QCOMPARE(machine.pc(), 0xFFF3);
-    QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(QStringLiteral("00")));
-    QCOMPARE(processor.step(), 0);
-}
-
-void tst_MOS6510::stepPastTheEnd()
-{
-    // In a full memory the operand wraps to address 0, and so does PC.
-    Machine full;
-    full.ram.setValue(QByteArray("\x00\x12", 2), 0);
-    full.ram.setByteValue(0x6D, 0xFFFF);
-    full.ram.setByteValue(7, 0x1200);
-    full.reg("PC").setValue(short(0xFFFF));
-    QCOMPARE(full.processor.step(), 3);
-    QCOMPARE(full.pc(), 2);
-    QCOMPARE(full.ac(), 7);
-    QVERIFY(!full.ram.isThereError());
-
-    // In a short one it reads 0, and the memory tells of the last byte that was not there.
-    Machine brief(2);
-    brief.ram.setValue(QByteArray("\x05\x6D", 2), 0);
-    brief.reg("PC").setValue(1);
-    QCOMPARE(brief.processor.step(), 3);
-    QCOMPARE(brief.ac(), 5);
-    QCOMPARE(brief.ram.lastErrorStr(),
-             QStringLiteral("Invalid memory address: 0x00000003! Availabel: 0x00000000 - 0x00000001"));
-    QCOMPARE(brief.processor.step(), -1); // PC is beyond the end: opcode 0
-}
-
-void tst_MOS6510::noMainMemory()
-{
-    ZR8BitProcMOS6510 processor;
-    ZR8BitRAM ram;
-    QCOMPARE(processor.step(), -1);
-    QCOMPARE(processor.hardwareIssueMsg(), QStringLiteral("Main memory must be defined!"));
-    QCOMPARE(processor.lastErrorStr(), processor.hardwareIssueMsg());
-    QCOMPARE(processor.step(), 0);
-    processor.resetHardwareIssue();
-    processor.setMainMemory(&ram);
-    QCOMPARE(processor.step(), -1); // not initialised: there is no opcode at all
-    QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(QStringLiteral("00")));
-
-    Machine machine;
-    machine.processor.setMainMemory(nullptr);
-    QCOMPARE(machine.processor.execute(QByteArray("\x69\x05", 2)), 2);
-    QCOMPARE(machine.processor.execute(QByteArray("\x65\x05", 2)), 2);
-    QVERIFY(machine.processor.hardwareIssue());
-    QCOMPARE(machine.ac(), 5);
-}
-
-void tst_MOS6510::unknownHandler()
-{
-    Machine machine;
-    ZR8BitProcCommand *tax = machine.processor.commandList().value(0xAA);
-    QVERIFY(QObject::connect(tax, SIGNAL(execute(ZR8BitProcCommand *, const char *)), &machine.processor,
-                             SLOT(mc_ADC(ZR8BitProcCommand *, const char *)), Qt::DirectConnection));
-    machine.ram.setByteValue(char(0xAA), 0);
-    QCOMPARE(machine.processor.step(), 1);
-    QCOMPARE(machine.processor.hardwareIssueMsg(), QStringLiteral("Opcode: 0xaa is unknow for ADC command!"));
-    QCOMPARE(machine.pc(), 1);
-    QCOMPARE(machine.processor.step(), 0);
-}
-
-void tst_MOS6510::loggers()
-{
-    TestLogger logger;
-    Machine machine;
-    machine.processor.setLogger(&logger);
-    for (ZR8BitRegister *reg : machine.processor.registers())
-        QCOMPARE(reg->logger(), &logger);
-    QCOMPARE(machine.processor.commandList().value(0xAA)->logger(), nullptr);
-    QVERIFY(!machine.processor.init());
-    QCOMPARE(logger.lines.size(), 2); // the table's failure, and the processor's with the same text
-    QVERIFY(logger.lines.at(0).contains(QLatin1String("|zr8bitlib/zr8bitproccommand|")));
-    QVERIFY(logger.lines.at(1).contains(QLatin1String("|zr8bitlib/zr8bitprocmos6510|")));
-}
 
 QTEST_GUILESS_MAIN(tst_MOS6510)
 #include "tst_mos6510.moc"

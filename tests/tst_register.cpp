@@ -7,6 +7,7 @@
 
 #include <QtTest/QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace ZR;
 
 class tst_Register : public QObject
@@ -14,170 +15,165 @@ class tst_Register : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void eightBits();
-    void sixteenBits();
-    void bits();
-    void givenBlock();
-    void ownBlock();
-    void uninitialised();
-    void loggers();
-    void flags();
-};
-
-void tst_Register::eightBits()
-{
-    ZR8BitRegister reg;
-    QVERIFY(reg.init(QStringLiteral("AC"), ZR8BitRegType8Bit, 5, nullptr)); // no address in an own block
-    QCOMPARE(reg.id(), QStringLiteral("AC"));
-    QCOMPARE(reg.value(), short(0));
-    QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
-    reg.setValue(0x1234);
-    QCOMPARE(reg.value(), short(0x34));
-    reg.setHi(char(0xFF));
-    QCOMPARE(reg.value(), short(-1));
-    reg.setLo(0x12);
-    QCOMPARE(reg.hi(), char(0x12));
-    QCOMPARE(spy.size(), 3);
-}
-
-void tst_Register::sixteenBits()
-{
-    ZR8BitRegister reg;
-    QVERIFY(reg.init(QStringLiteral("PC"), ZR8BitRegType16Bit, 0, nullptr));
-    QCOMPARE(reg.regType(), ZR8BitRegType16Bit);
-    reg.setValue(0x1234);
-    QCOMPARE(reg.lo(), char(0x34));
-    QCOMPARE(reg.hi(), char(0x12));
-    reg.setHi(char(0xFE));
-    QCOMPARE(reg.value(), short(0xFE34));
-}
-
-void tst_Register::bits()
-{
-    ZR8BitRegister reg;
-    QVERIFY(reg.init(QStringLiteral("R"), ZR8BitRegType16Bit, 0, nullptr));
-    QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
-    for (char bit = 0; bit < 8; ++bit) {
-        const char mask = static_cast<char>(1 << bit);
-        reg.setHiBit(bit, 2);
-        reg.setLoBit(bit, mask);
-        QCOMPARE(reg.hi(), mask);
-        QCOMPARE(reg.hiBit(bit), mask);
-        QCOMPARE(reg.loBit(bit), mask);
-        QCOMPARE(reg.loBit(static_cast<char>(bit ^ 1)), char(0));
-        reg.setHiBit(bit, 0);
-        reg.setLoBit(bit, 0);
-        QCOMPARE(reg.value(), short(0));
-    }
-    QCOMPARE(spy.size(), 0);
-    reg.setValue(0x5AA5);
-    for (const int bit : {-128, -1, 8, 31, 127}) {
-        reg.setHiBit(static_cast<char>(bit), 1);
-        reg.setLoBit(static_cast<char>(bit), 0);
-        QCOMPARE(reg.hiBit(static_cast<char>(bit)), char(0));
-    }
-    QCOMPARE(reg.value(), short(0x5AA5));
-}
-
-void tst_Register::givenBlock()
-{
-    ZR8BitRAM ram;
-    QVERIFY(ram.setSize(8));
-    ram.setWordValue(0x1234, 5);
-    ZR8BitRegister reg;
-    QVERIFY(reg.init(QStringLiteral("R"), ZR8BitRegType16Bit, 5, &ram));
-    QCOMPARE(reg.value(), short(0x1234));
-    reg.setHi(0x56);
-    QCOMPARE(ram.byteValue(6), char(0x56));
-    QVERIFY(!ram.isThereError());
-
-    // At the last byte half of the register lies outside: the block tells, not the register.
-    QVERIFY(reg.init(QStringLiteral("R"), ZR8BitRegType16Bit, 7, &ram));
-    QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
-    reg.setValue(0x0BCD);
-    QCOMPARE(reg.value(), short(0x00CD));
-    QVERIFY(!ram.isThereError());
-    QCOMPARE(reg.hi(), char(0));
-    QVERIFY(ram.isThereError());
-    reg.setHi(1);
-    QCOMPARE(spy.size(), 2);
-    QVERIFY(!reg.isThereError());
-}
-
-void tst_Register::ownBlock()
-{
-    ZR8BitRegister reg;
-    QVERIFY(reg.init(QStringLiteral("R"), ZR8BitRegType8Bit, 0, nullptr));
-    reg.setValue(7);
-    auto *block = reg.findChild<ZR8BitRAM *>();
-    QCOMPARE(block->name(), QStringLiteral("RRegisterMemory"));
-    QSignalSpy destroyed(block, &QObject::destroyed);
-    QVERIFY(reg.init(QStringLiteral("S"), ZR8BitRegType16Bit, 0, nullptr));
-    QCOMPARE(destroyed.size(), 1);
-    QCOMPARE(reg.value(), short(0));
-    QCOMPARE(reg.id(), QStringLiteral("S"));
-
-    ZR8BitRAM ram;
-    QVERIFY(ram.setSize(1));
-    QVERIFY(reg.init(QStringLiteral("T"), ZR8BitRegType8Bit, 0, &ram));
-    QVERIFY(reg.findChildren<ZR8BitRAM *>().isEmpty());
-}
-
-void tst_Register::uninitialised()
-{
-    ZRMOS6510PSRegister reg;
-    QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
-    reg.setValue(1);
-    reg.setHi(1);
-    reg.setLo(1);
-    reg.setHiBit(0, 1);
-    reg.setN(1);
-    QCOMPARE(reg.value() + reg.hi() + reg.lo() + reg.hiBit(0) + reg.N(), 0);
-    QCOMPARE(spy.size(), 0);
-}
-
-void tst_Register::loggers()
-{
-    TestLogger logger;
-    ZR8BitRegister reg;
-    reg.setLogger(&logger);
-    QVERIFY(reg.init(QStringLiteral("R"), ZR8BitRegType8Bit, 0, nullptr));
-    auto *block = reg.findChild<ZR8BitRAM *>();
-    QCOMPARE(block->logger(), nullptr);
-    reg.setLogger(&logger);
-    QCOMPARE(block->logger(), &logger);
-}
-
-void tst_Register::flags()
-{
-    using Read = char (ZRMOS6510PSRegister::*)();
-    using Write = void (ZRMOS6510PSRegister::*)(const char &);
-    using PS = ZRMOS6510PSRegister;
-    const struct
+    void eightBits()
     {
-        int mask;
-        Read read;
-        Write write;
-    } flags[] = {{0x80, &PS::N, &PS::setN}, {0x40, &PS::V, &PS::setV}, {0x10, &PS::B, &PS::setB},
-                 {0x08, &PS::D, &PS::setD}, {0x04, &PS::I, &PS::setI}, {0x02, &PS::Z, &PS::setZ},
-                 {0x01, &PS::C, &PS::setC}};
-    PS ps;
-    QVERIFY(ps.init(QStringLiteral("PS"), ZR8BitRegType8Bit, 0, nullptr));
-    QCOMPARE(ps.value(), short(0x20));
-    for (const auto &flag : flags) {
-        QCOMPARE((ps.*flag.read)(), char(0));
-        (ps.*flag.write)(2);
-        QCOMPARE((ps.*flag.read)(), static_cast<char>(flag.mask));
-        QCOMPARE(ps.lo(), static_cast<char>(0x20 | flag.mask));
-        (ps.*flag.write)(0);
-        ps.setLo(char(0xFF));
-        (ps.*flag.write)(0);
-        QCOMPARE(ps.lo(), static_cast<char>(~flag.mask));
-        ps.setLo(0x20);
+        ZR8BitRegister reg;
+        QVERIFY(reg.init(u"AC"_s, ZR8BitRegType8Bit, 5, nullptr)); // no address in an own block
+        QCOMPARE(reg.id(), u"AC"_s);
+        QCOMPARE(reg.value(), short(0));
+        QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
+        reg.setValue(0x1234);
+        QCOMPARE(reg.value(), short(0x34));
+        reg.setHi(char(0xFF));
+        QCOMPARE(reg.value(), short(-1));
+        reg.setLo(0x12);
+        QCOMPARE(reg.hi(), char(0x12));
+        QCOMPARE(spy.size(), 3);
     }
-    QVERIFY(ps.init(QStringLiteral("PS"), ZR8BitRegType8Bit, 0, nullptr));
-    QCOMPARE(ps.value(), short(0x20));
-}
+
+    void sixteenBits()
+    {
+        ZR8BitRegister reg;
+        QVERIFY(reg.init(u"PC"_s, ZR8BitRegType16Bit, 0, nullptr));
+        QCOMPARE(reg.regType(), ZR8BitRegType16Bit);
+        reg.setValue(0x1234);
+        QCOMPARE(reg.lo(), char(0x34));
+        QCOMPARE(reg.hi(), char(0x12));
+        reg.setHi(char(0xFE));
+        QCOMPARE(reg.value(), short(0xFE34));
+    }
+
+    void bits()
+    {
+        ZR8BitRegister reg;
+        QVERIFY(reg.init(u"R"_s, ZR8BitRegType16Bit, 0, nullptr));
+        QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
+        for (char bit = 0; bit < 8; ++bit) {
+            const char mask = static_cast<char>(1 << bit);
+            reg.setHiBit(bit, 2);
+            reg.setLoBit(bit, mask);
+            QCOMPARE(reg.hi(), mask);
+            QCOMPARE(reg.hiBit(bit), mask);
+            QCOMPARE(reg.loBit(bit), mask);
+            QCOMPARE(reg.loBit(static_cast<char>(bit ^ 1)), char(0));
+            reg.setHiBit(bit, 0);
+            reg.setLoBit(bit, 0);
+            QCOMPARE(reg.value(), short(0));
+        }
+        QCOMPARE(spy.size(), 0);
+        reg.setValue(0x00FF);
+        reg.setHiBit(0, 1);
+        reg.setLoBit(7, 0);
+        QCOMPARE(reg.value(), short(0x017F));
+        reg.setValue(0x5AA5);
+        for (const int bit : {-128, -1, 8, 31, 127}) {
+            reg.setHiBit(static_cast<char>(bit), 1);
+            reg.setLoBit(static_cast<char>(bit), 0);
+            QCOMPARE(reg.hiBit(static_cast<char>(bit)), char(0));
+        }
+        QCOMPARE(reg.value(), short(0x5AA5));
+    }
+
+    void givenBlock()
+    {
+        ZR8BitRAM ram;
+        QVERIFY(ram.setSize(8));
+        ram.setWordValue(0x1234, 5);
+        ZR8BitRegister reg;
+        QVERIFY(reg.init(u"R"_s, ZR8BitRegType16Bit, 5, &ram));
+        QCOMPARE(reg.value(), short(0x1234));
+        reg.setHi(0x56);
+        QCOMPARE(ram.byteValue(6), char(0x56));
+        QVERIFY(!ram.isThereError());
+
+        // At the last byte half of the register lies outside: the block tells, not the register.
+        QVERIFY(reg.init(u"R"_s, ZR8BitRegType16Bit, 7, &ram));
+        QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
+        reg.setValue(0x0BCD);
+        QCOMPARE(reg.value(), short(0x00CD));
+        QVERIFY(!ram.isThereError());
+        QCOMPARE(reg.hi(), char(0));
+        QVERIFY(ram.isThereError());
+        reg.setHi(1);
+        QCOMPARE(spy.size(), 2);
+        QVERIFY(!reg.isThereError());
+    }
+
+    void ownBlock()
+    {
+        ZR8BitRegister reg;
+        QVERIFY(reg.init(u"R"_s, ZR8BitRegType8Bit, 0, nullptr));
+        reg.setValue(7);
+        auto *block = reg.findChild<ZR8BitRAM *>();
+        QCOMPARE(block->name(), u"RRegisterMemory"_s);
+        QSignalSpy destroyed(block, &QObject::destroyed);
+        QVERIFY(reg.init(u"S"_s, ZR8BitRegType16Bit, 0, nullptr));
+        QCOMPARE(destroyed.size(), 1);
+        QCOMPARE(reg.value(), short(0));
+        QCOMPARE(reg.id(), u"S"_s);
+
+        ZR8BitRAM ram;
+        QVERIFY(ram.setSize(1));
+        QVERIFY(reg.init(u"T"_s, ZR8BitRegType8Bit, 0, &ram));
+        QVERIFY(reg.findChildren<ZR8BitRAM *>().isEmpty());
+    }
+
+    void uninitialised()
+    {
+        ZRMOS6510PSRegister reg;
+        QSignalSpy spy(&reg, &ZR8BitRegister::onValueChanged);
+        reg.setValue(1);
+        reg.setHi(1);
+        reg.setLo(1);
+        reg.setHiBit(0, 1);
+        reg.setN(1);
+        QCOMPARE(reg.value() + reg.hi() + reg.lo() + reg.hiBit(0) + reg.N(), 0);
+        QCOMPARE(spy.size(), 0);
+    }
+
+    void loggers()
+    {
+        TestLogger logger;
+        ZR8BitRegister reg;
+        reg.setLogger(&logger);
+        QVERIFY(reg.init(u"R"_s, ZR8BitRegType8Bit, 0, nullptr));
+        auto *block = reg.findChild<ZR8BitRAM *>();
+        QCOMPARE(block->logger(), nullptr);
+        reg.setLogger(&logger);
+        QCOMPARE(block->logger(), &logger);
+    }
+
+    void flags()
+    {
+        using Read = char (ZRMOS6510PSRegister::*)();
+        using Write = void (ZRMOS6510PSRegister::*)(const char &);
+        using PS = ZRMOS6510PSRegister;
+        const struct
+        {
+            int mask;
+            Read read;
+            Write write;
+        } flags[] = {{0x80, &PS::N, &PS::setN}, {0x40, &PS::V, &PS::setV}, {0x10, &PS::B, &PS::setB},
+                     {0x08, &PS::D, &PS::setD}, {0x04, &PS::I, &PS::setI}, {0x02, &PS::Z, &PS::setZ},
+                     {0x01, &PS::C, &PS::setC}};
+        PS ps;
+        QVERIFY(ps.init(u"PS"_s, ZR8BitRegType8Bit, 0, nullptr));
+        QCOMPARE(ps.value(), short(0x20));
+        for (const auto &flag : flags) {
+            QCOMPARE((ps.*flag.read)(), char(0));
+            (ps.*flag.write)(2);
+            QCOMPARE((ps.*flag.read)(), static_cast<char>(flag.mask));
+            QCOMPARE(ps.lo(), static_cast<char>(0x20 | flag.mask));
+            (ps.*flag.write)(0);
+            ps.setLo(char(0xFF));
+            (ps.*flag.write)(0);
+            QCOMPARE(ps.lo(), static_cast<char>(~flag.mask));
+            ps.setLo(0x20);
+        }
+        QVERIFY(ps.init(u"PS"_s, ZR8BitRegType8Bit, 0, nullptr));
+        QCOMPARE(ps.value(), short(0x20));
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Register)
 #include "tst_register.moc"

@@ -17,6 +17,17 @@ enum ExitCode
     WrongCommandLine = 2
 };
 
+/// Runs the sub-command, or prints the help or what is wrong with the command line.
+int parse(CLI::App &app, int argc, char *argv[])
+{
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? Success : WrongCommandLine;
+    }
+    return Success;
+}
+
 int runCommandLine(int argc, char *argv[])
 {
     CLI::App app("Runs configured 8-bit machines.\n"
@@ -28,18 +39,15 @@ int runCommandLine(int argc, char *argv[])
     addDescribeCommand(app);
 
     try {
-        app.parse(argc, argv);
+        const int exitCode = parse(app, argc, argv);
         flushOutput();
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? Success : WrongCommandLine;
+        return exitCode;
     } catch (const Failure &failure) {
         printError(QStringLiteral("zr8bit: ") + failure.text());
-        return CommandFailed;
     } catch (const std::bad_alloc &) {
         printError(QStringLiteral("zr8bit: Out of memory!"));
-        return CommandFailed;
     }
-    return Success;
+    return CommandFailed;
 }
 
 } // namespace

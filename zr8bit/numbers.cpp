@@ -11,8 +11,8 @@ std::optional<int> parseNumber(const QString &text)
         digits = digits.mid(2);
         base = 16;
     }
-    // A digit must follow at once: toInt() would take blanks, a sign and a prefix of its own.
-    if (digits.isEmpty() || !digits.front().isLetterOrNumber() ||
+    // Digits and nothing else: toInt() would take blanks, a sign and a prefix of its own.
+    if (digits.isEmpty() || !digits.front().isLetterOrNumber() || !digits.back().isLetterOrNumber() ||
         digits.startsWith(QLatin1String("0x"), Qt::CaseInsensitive))
         return std::nullopt;
     bool isNumber = false;

@@ -53,7 +53,7 @@ public:
     {
     }
 
-    /// Runs to the end that the options ask for and returns why it ended. A hardware issue throws Failure.
+    /// Runs to the end that the options ask for, or to the first hardware issue, and returns why it ended.
     QString toEnd(const Options &options);
 
     QString stateText();
@@ -86,9 +86,8 @@ QString Run::toEnd(const Options &options)
             return QStringLiteral("ran %1 instructions").arg(count);
         _step();
         if (_processor.hardwareIssue())
-            throw Failure(
-                QStringLiteral("Hardware issue at %1 after %2 instructions: %3")
-                    .arg(addressText(_address()), QString::number(count), _processor.hardwareIssueMsg()));
+            return QStringLiteral("met a hardware issue at %1 after %2 instructions")
+                .arg(addressText(_address()), QString::number(count));
     }
 }
 
@@ -153,6 +152,8 @@ void run(const Options &options)
     Run run(machine, options.trace);
     const QString end = run.toEnd(options);
     print(QStringLiteral("The run %1.\n%2\n%3\n").arg(end, Run::stateHeader(), run.stateText()));
+    if (machine.processor().hardwareIssue())
+        throw Failure(machine.processor().hardwareIssueMsg());
 }
 
 /// Adds an option that may be given several times and takes a text and a number behind a separator.

@@ -4,6 +4,8 @@
 
 #include <zr8bitlib/zr8bitram.h>
 
+#include <utility>
+
 namespace ZR {
 
 namespace {
@@ -235,13 +237,13 @@ bool ZR8BitProcMOS6510::_initCommands()
 
 QByteArray ZR8BitProcMOS6510::_instructionAt(int pc, unsigned char opcode, int length)
 {
-    QByteArray instruction = _mainMemory->value(pc, length);
-    for (int i = static_cast<int>(instruction.size()); i < length; ++i)
+    const int size = qMax(1, length); // a row of length 0 fails by its opcode
+    QByteArray instruction = _mainMemory->value(pc, size);
+    for (int i = static_cast<int>(instruction.size()); i < size; ++i)
         instruction.append(_mainMemory->byteValue((pc + i) & AddressMask));
-    // Another thread may have written to the memory since the opcode was read, and length belongs to that
-    // one.
-    if (length > 0)
-        instruction[0] = static_cast<char>(opcode);
+    // Another thread may have written to the memory since the opcode was read, and length is that of the
+    // opcode.
+    instruction[0] = static_cast<char>(opcode);
     return instruction;
 }
 

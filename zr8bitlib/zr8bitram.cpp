@@ -15,7 +15,7 @@ constexpr char sourceFile[] = "zr8bitlib/zr8bitram";
 
 } // namespace
 
-inline bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
+bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
 {
     const QMutexLocker locker(&_mutex);
     const int contentSize = static_cast<int>(_content.size());
@@ -67,6 +67,7 @@ bool ZR8BitRAM::write(const QByteArray &data, const int &pos)
 bool ZR8BitRAM::write(const char *data, const int &len, const int &pos)
 {
     if (!_writeData(pos, data, len)) {
+        const QMutexLocker locker(&_mutex);
         ZR_SET_LAST_ERROR(QStringLiteral("Couldn't load data! %1").arg(_lastError));
         return false;
     }

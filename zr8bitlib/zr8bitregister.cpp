@@ -165,7 +165,7 @@ void ZR8BitRegister::_setFeatures()
     case ZR8BitRegType16Bit:
         _byteSize = 2;
         _loAddress = _address;
-        _hiAddress = _address + 1;
+        _hiAddress = static_cast<int>(static_cast<unsigned>(_address) + 1); // may wrap, and is refused then
         break;
     default:
         _byteSize = 0;

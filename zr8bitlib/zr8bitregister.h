@@ -11,7 +11,7 @@ namespace ZR {
 class ZR8BitRAM;
 
 /// The kinds of registers.
-enum ZR8BitRegTypes
+enum ZR8BitRegTypes : int
 {
     ZR8BitRegType8Bit = 0,
     ZR8BitRegType16Bit = 1,

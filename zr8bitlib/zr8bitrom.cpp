@@ -140,6 +140,7 @@ short ZR8BitROM::wordValue(const int &pos)
     }
     const char *source = _content.constData() + pos;
     char bytes[2] = {0, 0};
+    // Two calls, since the compiler turns each of a constant length into plain loads.
     const int error = pos == contentSize - 1 ? copyBounded(bytes, sizeof bytes, source, 1)
                                              : copyBounded(bytes, sizeof bytes, source, 2);
     if (error)

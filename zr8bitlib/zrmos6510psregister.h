@@ -6,9 +6,9 @@ namespace ZR {
 
 /// The processor status register PS of the MOS 6510: an 8-bit register with a name for each flag.
 ///
-/// | Bit  | 7 | 6 | 5        | 4 | 3 | 2 | 1 | 0 |
-/// |------|---|---|----------|---|---|---|---|---|
-/// | Flag | N | V | always 1 | B | D | I | Z | C |
+/// | Bit  | 7 | 6 | 5    | 4 | 3 | 2 | 1 | 0 |
+/// |------|---|---|------|---|---|---|---|---|
+/// | Flag | N | V | none | B | D | I | Z | C |
 ///
 /// Reading a flag gives 0 when it is clear and its mask when it is set, so it is to be compared with 0.
 /// Writing 0 clears a flag and anything else sets it; the other bits stay, and onValueChanged() is not
@@ -23,7 +23,7 @@ public:
 
     static const QString className();
 
-    /// As ZR8BitRegister::init(). Then sets bit 5, which no flag uses; it stays set until setValue() or
+    /// As ZR8BitRegister::init(). Then sets bit 5, which is no flag; it stays set until setValue() or
     /// setLo() writes the register as a whole.
     bool init(const QString &id, const ZR8BitRegTypes &type, const int &address, ZR8BitRAM *memory) override;
 
