@@ -1,0 +1,133 @@
+#include <zr8bitlib/zr8bittvc.h>
+
+#include "zr8bitnumbers_p.h"
+#include "zr8bittvclisting_p.h"
+
+#include <QtCore/QMap>
+
+#include <algorithm>
+#include <array>
+
+namespace ZR {
+
+namespace {
+
+/// A code beyond ASCII and the units that encode to it, the one that it decodes to first.
+struct CodeUnits
+{
+    uchar code;
+    const char16_t *units;
+};
+
+constexpr CodeUnits codeUnits[] = {
+    {0x7F, u"\uC484"}, {0x80, u"ÁÀÂÃÄÅĀĂĄ"}, {0x81, u"ÉÈÊËĒĔĖĘĚ"}, {0x82, u"ÍÌÎÏĨĪĬĮİ"}, {0x83, u"ÓÒ"},
+    {0x84, u"Ö"},      {0x85, u"ŐÔÕŌŎ"},     {0x86, u"ÚÙ"},        {0x87, u"Ü"},         {0x88, u"ŰÛŨŪŬŮ"},
+    {0x89, u"\uCB98"}, {0x8A, u"\uC581"},    {0x8B, u"\uC2A4"},    {0x8C, u"\uC4BD"},    {0x8D, u"\uC59A"},
+    {0x8E, u"\uC2A7"}, {0x8F, u"\uC2A8"},    {0x90, u"áàâãäåāăą"}, {0x91, u"éèêëēĕėęě"}, {0x92, u"íìîïĩīĭįı"},
+    {0x93, u"óò"},     {0x94, u"ö"},         {0x95, u"őðôõōŏ"},    {0x96, u"úù"},        {0x97, u"ü"},
+    {0x98, u"űûũūŭů"}, {0x99, u"\uC5A0"},    {0x9A, u"\uC59E"},    {0x9B, u"\uC5A4"},    {0x9C, u"\uC5B9"},
+    {0x9D, u"\uC5BD"}, {0x9E, u"\uC5BB"},    {0x9F, u"\uC2B0"},
+};
+
+QMap<uchar, char16_t> makeTVCToUnicodeMap()
+{
+    QMap<uchar, char16_t> map;
+    for (uchar code = 0x20; code <= 0x7E; ++code)
+        map.insert(code, code);
+    for (const CodeUnits &row : codeUnits)
+        map.insert(row.code, row.units[0]);
+    return map;
+}
+
+const QMap<uchar, char16_t> TVCToUnicodeMap = makeTVCToUnicodeMap();
+
+QMap<char16_t, uchar> makeUnicodeToTVCMap()
+{
+    QMap<char16_t, uchar> map;
+    for (const auto [code, unit] : TVCToUnicodeMap.asKeyValueRange())
+        map.insert(unit, code);
+    for (const CodeUnits &row : codeUnits) {
+        for (const char16_t unit : std::u16string_view(row.units))
+            map.insert(unit, row.code);
+    }
+    return map;
+}
+
+const QMap<char16_t, uchar> UnicodeToTVCMap = makeUnicodeToTVCMap();
+
+/// A map over all keys, with the space's value where it has no row: a look-up in the map itself takes some
+/// twenty times as long.
+template <typename Value, size_t Size, typename Key>
+std::array<Value, Size> flatTable(const QMap<Key, Value> &map)
+{
+    std::array<Value, Size> table;
+    table.fill(map.value(0x20));
+    for (const auto [key, value] : map.asKeyValueRange())
+        table[key] = value;
+    return table;
+}
+
+const auto unitOfCode = flatTable<char16_t, 0x100>(TVCToUnicodeMap);
+const auto codeOfUnit = flatTable<uchar, 0x10000>(UnicodeToTVCMap);
+
+} // namespace
+
+ZR8BitTVC::ZR8BitTVC(const QString &name, QObject *parent)
+    : QObject(parent)
+    , ZRObject(name)
+{
+}
+
+ZR8BitTVC::~ZR8BitTVC() = default;
+
+const QString ZR8BitTVC::className()
+{
+    return QStringLiteral("ZR8BitTVC");
+}
+
+QByteArray ZR8BitTVC::QStringToTVCStr(const QString &text)
+{
+    QByteArray data(text.size(), Qt::Uninitialized);
+    std::transform(text.begin(), text.end(), data.begin(),
+                   [](QChar unit) { return static_cast<char>(codeOfUnit[unit.unicode()]); });
+    return data;
+}
+
+QString ZR8BitTVC::TVCStrToQString(const QByteArray &data)
+{
+    QString text(data.size(), Qt::Uninitialized);
+    std::transform(data.begin(), data.end(), text.begin(),
+                   [](char code) { return QChar(unitOfCode[static_cast<uchar>(code)]); });
+    return text;
+}
+
+QString ZR8BitTVC::BinToDB(const QByteArray &data, const bool &hex, const bool &padded,
+                           const int &valuesPerLine)
+{
+    const qsizetype perLine = valuesPerLine > 0 ? valuesPerLine : qMax<qsizetype>(data.size(), 1);
+    const qsizetype lineCount = (data.size() + perLine - 1) / perLine;
+    // A value takes a comma and three characters at most.
+    QString listing(4 * (lineCount + data.size()), Qt::Uninitialized);
+    QChar *place = listing.data();
+    constexpr QStringView lead = u"\rDB "; // at the first line without the separator
+    for (qsizetype i = 0; i < data.size(); ++i) {
+        if (i % perLine == 0)
+            place = std::copy(lead.begin() + (i == 0 ? 1 : 0), lead.end(), place);
+        else
+            *place++ = u',';
+        if (hex)
+            *place++ = u'$';
+        const auto value = static_cast<uchar>(data[i]);
+        place = hex ? writeDigits<16>(place, value, padded ? 2 : 1)
+                    : writeDigits<10>(place, value, padded ? 3 : 1);
+    }
+    listing.truncate(place - listing.constData());
+    return listing;
+}
+
+bool ZR8BitTVC::DBToBin(const QString &text, QByteArray &data)
+{
+    return !appendListing(text, data);
+}
+
+} // namespace ZR
