@@ -7,5 +7,8 @@ class App;
 // Each adds its sub-command to the command line. The sub-command runs while the command line is parsed, and
 // throws Failure.
 
+void addDbCommand(CLI::App &app);
 void addDescribeCommand(CLI::App &app);
 void addRunCommand(CLI::App &app);
+void addSoundCommand(CLI::App &app);
+void addTextCommand(CLI::App &app);

@@ -1,6 +1,9 @@
 #include "console.h"
 
 #include "failure.h"
+#include "numbers.h"
+
+#include <QtCore/QtLogging>
 
 #include <cstdio>
 
@@ -9,6 +12,12 @@ namespace {
 [[noreturn]] void failOutput()
 {
     throw Failure(QStringLiteral("Couldn't write to standard output!"));
+}
+
+void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    const bool isError = type == QtCriticalMsg || type == QtFatalMsg;
+    printError((isError ? QStringLiteral("zr8bit: error: ") : QStringLiteral("zr8bit: warning: ")) + text);
 }
 
 } // namespace
@@ -33,7 +42,19 @@ void flushOutput()
 
 void printError(const QString &line)
 {
-    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
+    QString shown;
+    for (const QChar character : line) {
+        if (character.category() == QChar::Other_Control)
+            shown += QStringLiteral("\\x") + hexDigits(character.unicode(), 2);
+        else
+            shown += character;
+    }
+    std::fprintf(stderr, "%s\n", shown.toLocal8Bit().constData());
+}
+
+void showMessageLog()
+{
+    qInstallMessageHandler(printLogMessage);
 }
 
 QString fromArgument(const std::string &argument)

@@ -13,8 +13,11 @@ void printBytes(const QByteArray &bytes);
 /// Makes sure that all that was printed has arrived. Throws Failure when it has not.
 void flushOutput();
 
-/// Writes a line to standard error.
+/// Writes a line to standard error, with control characters shown as in \x0A.
 void printError(const QString &line);
+
+/// Sends what goes to Qt's message log to standard error, a line for each message.
+void showMessageLog();
 
 /// A command line argument as text.
 QString fromArgument(const std::string &argument);

@@ -8,7 +8,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
+#include <QtCore/QStringDecoder>
 
+#include <algorithm>
 #include <cstdio>
 
 #ifdef Q_OS_WIN
@@ -38,7 +40,7 @@ bool prepareStream(FILE *stream)
 
 [[noreturn]] void failToRead(const QString &path, const QFileDevice &file)
 {
-    throw Failure(QStringLiteral("Couldn't read '%1': %2").arg(path, file.errorString()));
+    throw Failure(QStringLiteral("Couldn't read %1: %2").arg(shownPath(path), file.errorString()));
 }
 
 [[noreturn]] void failToWrite(const QString &path, const QFileDevice &file)
@@ -62,6 +64,20 @@ void writeFile(QFileDevice &file, const QString &path, const QByteArray &data)
 
 } // namespace
 
+void addFileOptions(CLI::App &command, FileOptions &files)
+{
+    command.add_option("INPUT", files.input, "File to read; \"-\", the default, is standard input");
+    command
+        .add_option("-o,--output", files.output,
+                    "File to write, whole or not at all; \"-\", the default, is standard output")
+        ->type_name("OUTPUT");
+}
+
+QString shownPath(const QString &path)
+{
+    return isStandardStream(path) ? QStringLiteral("standard input") : QStringLiteral("'%1'").arg(path);
+}
+
 QByteArray readInput(const QString &path)
 {
     QFile file(path);
@@ -69,7 +85,7 @@ QByteArray readInput(const QString &path)
         if (prepareStream(stdin))
             throw CLI::CallForHelp();
         if (!file.open(stdin, QIODevice::ReadOnly))
-            failToRead(QStringLiteral("-"), file);
+            failToRead(path, file);
     } else if (!file.open(QIODevice::ReadOnly)) {
         failToRead(path, file);
     }
@@ -77,6 +93,23 @@ QByteArray readInput(const QString &path)
     if (file.error() != QFileDevice::NoError)
         failToRead(path, file);
     return data;
+}
+
+QString readUtf8(const QString &path)
+{
+    const QByteArray bytes = readInput(path);
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder(bytes);
+    const QByteArray back = text.toUtf8();
+    if (back != bytes) {
+        const auto good = std::mismatch(bytes.begin(), bytes.end(), back.begin(), back.end()).first;
+        throw Failure(QStringLiteral("%1 is not UTF-8 text from the byte at offset %2 on!")
+                          .arg(shownPath(path), QString::number(good - bytes.begin())));
+    }
+    if (text.startsWith(QChar::ByteOrderMark))
+        text.remove(0, 1);
+    return text;
 }
 
 void writeOutput(const QString &path, const QByteArray &data)

@@ -30,13 +30,16 @@ int parse(CLI::App &app, int argc, char *argv[])
 
 int runCommandLine(int argc, char *argv[])
 {
-    CLI::App app("Runs configured 8-bit machines.\n"
+    CLI::App app("Runs configured 8-bit machines and converts data of the Videoton TV Computer (TVC).\n"
                  "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line.",
                  "zr8bit");
     app.set_version_flag("--version", "zr8bit " ZR_VERSION);
     app.require_subcommand(1);
     addRunCommand(app);
     addDescribeCommand(app);
+    addTextCommand(app);
+    addDbCommand(app);
+    addSoundCommand(app);
 
     try {
         const int exitCode = parse(app, argc, argv);
@@ -55,5 +58,6 @@ int runCommandLine(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    showMessageLog();
     return runCommandLine(argc, argv);
 }

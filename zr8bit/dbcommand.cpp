@@ -1,0 +1,114 @@
+#include "commands.h"
+#include "console.h"
+#include "failure.h"
+#include "files.h"
+#include "options.h"
+
+#include <zr8bitlib/zr8bittvc.h>
+#include <zr8bitlib/zr8bittvclisting_p.h>
+
+#include <CLI/CLI.hpp>
+
+#include <QtCore/QtLogging>
+
+#include <map>
+#include <memory>
+
+using ZR::ZR8BitTVC;
+
+namespace {
+
+struct EncodeOptions
+{
+    FileOptions files;
+    bool hex = false;
+    bool padded = false;
+    std::optional<int> perLine;
+    std::string newline = "lf";
+};
+
+void encode(const EncodeOptions &options)
+{
+    constexpr int ValuesPerLine = 16;
+    const QByteArray data = readInput(fromArgument(options.files.input));
+    QString listing =
+        ZR8BitTVC::BinToDB(data, options.hex, options.padded, options.perLine.value_or(ValuesPerLine));
+    // The library only separates lines; other programs want every line to have its end.
+    if (options.newline != "cr" && !listing.isEmpty()) {
+        listing += u'\r';
+        listing.replace(u'\r', options.newline == "lf" ? QStringLiteral("\n") : QStringLiteral("\r\n"));
+    }
+    writeOutput(fromArgument(options.files.output), listing.toLatin1());
+}
+
+/// The number of the line, from 1, that a place of a text is on.
+qsizetype lineNumber(QStringView text, qsizetype place)
+{
+    const QStringView before = text.first(place);
+    return 1 + before.count(u'\n') + before.count(u'\r') - before.count(QLatin1String("\r\n"));
+}
+
+QString badItemText(const QString &path, QStringView listing, QStringView item)
+{
+    constexpr qsizetype LongestShown = 40;
+    const qsizetype line = lineNumber(listing, item.data() - listing.data());
+    QString shown = item.left(LongestShown).toString();
+    if (item.size() > LongestShown)
+        shown += QStringLiteral("...");
+    return QStringLiteral("%1, line %2: '%3' is not a number!")
+        .arg(shownPath(path), QString::number(line), shown);
+}
+
+void decode(const FileOptions &files)
+{
+    // Comments may be in any encoding: only ASCII matters, and what is not UTF-8 is no number.
+    const QString path = fromArgument(files.input);
+    const QString listing = QString::fromUtf8(readInput(path));
+    QByteArray data;
+    if (const auto badItem = ZR::appendListing(listing, data))
+        throw Failure(badItemText(path, listing, *badItem));
+    if (data.isEmpty() && !listing.trimmed().isEmpty())
+        qWarning("The listing holds no DB values");
+    writeOutput(fromArgument(files.output), data);
+}
+
+void addEncodeCommand(CLI::App &group)
+{
+    CLI::App *command = group.add_subcommand("encode", "Convert bytes to a listing.");
+    auto options = std::make_shared<EncodeOptions>();
+    addFileOptions(*command, options->files);
+    command->add_flag("--hex", options->hex, "Write values as $A instead of 10");
+    command->add_flag("--padded", options->padded,
+                      "Write values with zeros in front, as 010 or $0A; some assemblers take 010 for octal");
+    addNumberOption(*command, "--per-line", "N", {}, options->perLine,
+                    "Values on a line, 16 by default; 0 puts all on a single line");
+    command
+        ->add_option("--newline", options->newline,
+                     "End of a line; cr stands only between lines, as the library writes it")
+        ->check(CLI::IsMember({"lf", "cr", "crlf"}))
+        ->capture_default_str();
+    command->callback([options] { encode(*options); });
+}
+
+void addDecodeCommand(CLI::App &group)
+{
+    CLI::App *command = group.add_subcommand("decode", "Convert a listing to bytes.");
+    auto files = std::make_shared<FileOptions>();
+    addFileOptions(*command, *files);
+    command->footer(
+        "Values are decimal, or hexadecimal behind \"$\"; of each the low 8 bits count. All up to the first\n"
+        "DB is skipped. A DB counts wherever it stands, in a word or a comment too, but not behind \"$\". A\n"
+        "comment begins with \";\" and must hold no comma. Other instructions behind a DB are an error.");
+    command->callback([files] { decode(*files); });
+}
+
+} // namespace
+
+void addDbCommand(CLI::App &app)
+{
+    CLI::App *group =
+        app.add_subcommand("db", "Convert bytes to and from listings of assembler DB directives.");
+    group->require_subcommand(1);
+    addEncodeCommand(*group);
+    addDecodeCommand(*group);
+}

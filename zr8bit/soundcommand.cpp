@@ -1,0 +1,89 @@
+#include "commands.h"
+#include "console.h"
+#include "failure.h"
+#include "files.h"
+#include "options.h"
+
+#include <zr8bitlib/zr8bittvcsound.h>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+
+using ZR::ZR8BitTVCSound;
+
+namespace {
+
+struct Options
+{
+    FileOptions files;
+    std::string format = "vpd";
+    std::string separator = ",";
+};
+
+/// The cause of a failed conversion is in the message log.
+void check(bool isConverted, const Options &options)
+{
+    if (!isConverted)
+        throw Failure(
+            QStringLiteral("Couldn't convert %1!").arg(shownPath(fromArgument(options.files.input))));
+}
+
+void encode(const Options &options)
+{
+    // The end of a file's last line is not a part of the sound.
+    const QString text = readUtf8(fromArgument(options.files.input)).trimmed();
+    QByteArray sound;
+    check(ZR8BitTVCSound::soundToBin(text, sound, fromArgument(options.format),
+                                     fromArgument(options.separator)),
+          options);
+    writeOutput(fromArgument(options.files.output), sound);
+}
+
+void decode(const Options &options)
+{
+    const QByteArray sound = readInput(fromArgument(options.files.input));
+    QString text;
+    check(ZR8BitTVCSound::binToSound(sound, text, fromArgument(options.format),
+                                     fromArgument(options.separator)),
+          options);
+    writeOutput(fromArgument(options.files.output), (text + u'\n').toUtf8());
+}
+
+void addConversion(CLI::App &group, const std::string &name, const std::string &description,
+                   void (*convert)(const Options &))
+{
+    CLI::App *command = group.add_subcommand(name, description);
+    auto options = std::make_shared<Options>();
+    addFileOptions(*command, options->files);
+    command
+        ->add_option(
+            "--format", options->format,
+            "Fields of a record in their order: v volume (0-15), p pitch (1-4095), d duration (0-255)")
+        ->type_name("LETTERS")
+        ->capture_default_str();
+    command->add_option("--separator", options->separator, "What stands between the numbers; no digits")
+        ->type_name("TEXT")
+        ->capture_default_str();
+    command->footer("A value out of range becomes the largest one, with a warning. The text ends with the\n"
+                    "number 240, the stream with the byte 0xF0; an end that is missing is added.");
+    command->callback([convert, options] {
+        // Numbers that run into each other could not be read back.
+        const QString separator = fromArgument(options->separator);
+        if (separator.isEmpty() || std::any_of(separator.begin(), separator.end(),
+                                               [](QChar character) { return character.isDigit(); }))
+            failOption("--separator", separator, QStringLiteral("a text without digits"));
+        convert(*options);
+    });
+}
+
+} // namespace
+
+void addSoundCommand(CLI::App &app)
+{
+    CLI::App *group = app.add_subcommand("sound", "Convert sounds to and from the TVC's byte stream.");
+    group->require_subcommand(1);
+    addConversion(*group, "encode", "Convert a text of decimal numbers to a byte stream.", encode);
+    addConversion(*group, "decode", "Convert a byte stream to a text of decimal numbers.", decode);
+}
