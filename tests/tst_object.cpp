@@ -6,6 +6,7 @@
 #include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitprocmos6510.h>
 #include <zr8bitlib/zr8bitram.h>
+#include <zr8bitlib/zr8bittvc.h>
 #include <zrbaselib/zrutils.h>
 
 #include <QtTest/QtTest>
@@ -44,6 +45,7 @@ private Q_SLOTS:
         addShape<ZR8BitProcMOS6510>("ZR::ZR8BitProcBase", "mc_ADC(ZR8BitProcCommand*,const char*)");
         addShape<ZR8BitProcCommand>("QObject", "execute(ZR8BitProcCommand*,const char*)");
         addShape<ZR8BitProcCommands>("QObject");
+        addShape<ZR8BitTVC>("QObject");
     }
 
     void classShape()

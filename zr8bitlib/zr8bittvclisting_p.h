@@ -35,7 +35,7 @@ inline std::optional<QStringView> appendListingSection(QStringView section, QByt
             // Only now can a semicolon begin a comment: one in front of a comma is a part of an item.
             const qsizetype comment = section.indexOf(u';');
             if (comment >= 0)
-                section = section.first(comment).trimmed();
+                section = section.first(comment);
             if (section.isEmpty())
                 return std::nullopt;
             end = section.size();
