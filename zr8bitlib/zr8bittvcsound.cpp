@@ -104,6 +104,36 @@ bool isEndMark(QStringView part)
     return toInt(part, 10, isNumber) == EndMark;
 }
 
+/// Appends the numbers of a stream and the end mark to text, up to a failure.
+bool appendNumbers(const QByteArray &bin, const Record &record, const QString &separator,
+                   const Report &report, QString &text)
+{
+    qsizetype position = 0;
+    for (qsizetype offset = 0; offset < bin.size();) {
+        if (offset == bin.size() - 1 && bin[offset] == static_cast<char>(EndMark))
+            break;
+        if (record.isEmpty())
+            return reportEmptyFormat(report);
+        const Field &field = *record.at(position);
+        if (field.bytes > bin.size() - offset)
+            return report.failure(QStringLiteral("Invalid input data or format! There is not enough data for "
+                                                 "pitch on idnex: %1!")
+                                      .arg(offset));
+        uint value = 0;
+        for (int i = 0; i < field.bytes; ++i)
+            value = value << 8 | static_cast<uchar>(bin[offset + i]);
+        QChar digits[4];
+        writeDigits<10>(digits, valueInRange(field, value, offset, report), field.digits);
+        text.append(digits, field.digits).append(separator);
+        offset += field.bytes;
+        position = (position + 1) % record.size();
+    }
+    if (position != 0)
+        return report.failure(QStringLiteral("Invalid input data or format! Format index value is not 0."));
+    text.append(QString::number(EndMark));
+    return true;
+}
+
 } // namespace
 
 bool ZR8BitTVCSound::soundToBin(const QString &sound, QByteArray &bin, QString format,
@@ -145,36 +175,12 @@ bool ZR8BitTVCSound::binToSound(const QByteArray &bin, QString &sound, QString f
                                 const QString &separator)
 {
     const Report report("binToSound");
-    const QString between = separator; // which may be the same object as sound
-    sound.clear();
     format = format.toLower();
     const std::optional<Record> record = readFormat(format, report);
-    if (!record)
-        return false;
-    qsizetype position = 0;
-    for (qsizetype offset = 0; offset < bin.size();) {
-        if (offset == bin.size() - 1 && bin[offset] == static_cast<char>(EndMark))
-            break;
-        if (record->isEmpty())
-            return reportEmptyFormat(report);
-        const Field &field = *record->at(position);
-        if (field.bytes > bin.size() - offset)
-            return report.failure(QStringLiteral("Invalid input data or format! There is not enough data for "
-                                                 "pitch on idnex: %1!")
-                                      .arg(offset));
-        uint value = 0;
-        for (int i = 0; i < field.bytes; ++i)
-            value = value << 8 | static_cast<uchar>(bin[offset + i]);
-        QChar digits[4];
-        writeDigits<10>(digits, valueInRange(field, value, offset, report), field.digits);
-        sound.append(digits, field.digits).append(between);
-        offset += field.bytes;
-        position = (position + 1) % record->size();
-    }
-    if (position != 0)
-        return report.failure(QStringLiteral("Invalid input data or format! Format index value is not 0."));
-    sound.append(QString::number(EndMark));
-    return true;
+    QString text; // not sound at once, which may be the same object as separator
+    const bool isWhole = record && appendNumbers(bin, *record, separator, report, text);
+    sound = text;
+    return isWhole;
 }
 
 } // namespace ZR
