@@ -38,7 +38,7 @@ void tst_Convert::conversions_data()
     row("db|encode|--hex|--padded|--per-line|2|--newline|crlf", "\x0A\xDB\x01", "DB $0A,$DB\r\nDB $01\r\n");
     row("db|encode|--newline|cr|--per-line|1", "12", "DB 49\rDB 50");
     row("db|decode", "; \xE1\ndb $db, 1 ; \xE1", "\xDB\x01"); // a comment in another encoding
-    row("db|decode", " RET\n", "", "zr8bit: warning: The listing holds no DB values\n");
+    row("db|decode", " RET\n", "", "zr8bit: warning: The listing in standard input holds no DB values\n");
     bad("db|decode", "DB 1\r\nDB 2\rDB 3\nDB 1,\n x\x1B,2",
         "zr8bit: standard input, line 5: 'x\\x1B' is not a number!\n");
     bad("db|encode|--per-line|-1", "1", "--per-line: '-1' is not a number from 0", 2);

@@ -16,8 +16,10 @@ namespace {
 
 void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
-    const bool isError = type == QtCriticalMsg || type == QtFatalMsg;
-    printError((isError ? QStringLiteral("zr8bit: error: ") : QStringLiteral("zr8bit: warning: ")) + text);
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        printError(QStringLiteral("zr8bit: error: ") + text);
+    else
+        printWarning(text);
 }
 
 } // namespace
@@ -55,6 +57,11 @@ void printError(const QString &line)
 void showMessageLog()
 {
     qInstallMessageHandler(printLogMessage);
+}
+
+void printWarning(const QString &text)
+{
+    printError(QStringLiteral("zr8bit: warning: ") + text);
 }
 
 QString fromArgument(const std::string &argument)

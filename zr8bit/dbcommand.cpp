@@ -9,9 +9,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <QtCore/QtLogging>
-
-#include <map>
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -20,17 +17,24 @@ namespace {
 
 struct EncodeOptions
 {
-    FileOptions files;
+    std::string input;
+    std::string output;
     bool hex = false;
     bool padded = false;
     std::optional<int> perLine;
     std::string newline = "lf";
 };
 
+struct DecodeOptions
+{
+    std::string input;
+    std::string output;
+};
+
 void encode(const EncodeOptions &options)
 {
     constexpr int ValuesPerLine = 16;
-    const QByteArray data = readInput(fromArgument(options.files.input));
+    const QByteArray data = readInput(fromArgument(options.input));
     QString listing =
         ZR8BitTVC::BinToDB(data, options.hex, options.padded, options.perLine.value_or(ValuesPerLine));
     // The library only separates lines; other programs want every line to have its end.
@@ -38,7 +42,7 @@ void encode(const EncodeOptions &options)
         listing += u'\r';
         listing.replace(u'\r', options.newline == "lf" ? QStringLiteral("\n") : QStringLiteral("\r\n"));
     }
-    writeOutput(fromArgument(options.files.output), listing.toLatin1());
+    writeOutput(fromArgument(options.output), listing.toLatin1());
 }
 
 /// The number of the line, from 1, that a place of a text is on.
@@ -56,27 +60,28 @@ QString badItemText(const QString &path, QStringView listing, QStringView item)
     if (item.size() > LongestShown)
         shown += QStringLiteral("...");
     return QStringLiteral("%1, line %2: '%3' is not a number!")
-        .arg(shownPath(path), QString::number(line), shown);
+        .arg(inputName(path), QString::number(line), shown);
 }
 
-void decode(const FileOptions &files)
+void decode(const DecodeOptions &options)
 {
     // Comments may be in any encoding: only ASCII matters, and what is not UTF-8 is no number.
-    const QString path = fromArgument(files.input);
+    const QString path = fromArgument(options.input);
     const QString listing = QString::fromUtf8(readInput(path));
     QByteArray data;
     if (const auto badItem = ZR::appendListing(listing, data))
         throw Failure(badItemText(path, listing, *badItem));
     if (data.isEmpty() && !listing.trimmed().isEmpty())
-        qWarning("The listing holds no DB values");
-    writeOutput(fromArgument(files.output), data);
+        printWarning(QStringLiteral("The listing in %1 holds no DB values").arg(inputName(path)));
+    writeOutput(fromArgument(options.output), data);
 }
 
 void addEncodeCommand(CLI::App &group)
 {
     CLI::App *command = group.add_subcommand("encode", "Convert bytes to a listing.");
     auto options = std::make_shared<EncodeOptions>();
-    addFileOptions(*command, options->files);
+    addInputArgument(*command, options->input, "File to read");
+    addOutputOption(*command, options->output, "File to write, whole or not at all");
     command->add_flag("--hex", options->hex, "Write values as $A instead of 10");
     command->add_flag("--padded", options->padded,
                       "Write values with zeros in front, as 010 or $0A; some assemblers take 010 for octal");
@@ -93,13 +98,14 @@ void addEncodeCommand(CLI::App &group)
 void addDecodeCommand(CLI::App &group)
 {
     CLI::App *command = group.add_subcommand("decode", "Convert a listing to bytes.");
-    auto files = std::make_shared<FileOptions>();
-    addFileOptions(*command, *files);
+    auto options = std::make_shared<DecodeOptions>();
+    addInputArgument(*command, options->input, "File to read");
+    addOutputOption(*command, options->output, "File to write, whole or not at all");
     command->footer(
         "Values are decimal, or hexadecimal behind \"$\"; of each the low 8 bits count. All up to the first\n"
         "DB is skipped. A DB counts wherever it stands, in a word or a comment too, but not behind \"$\". A\n"
         "comment begins with \";\" and must hold no comma. Other instructions behind a DB are an error.");
-    command->callback([files] { decode(*files); });
+    command->callback([options] { decode(*options); });
 }
 
 } // namespace

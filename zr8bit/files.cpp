@@ -5,13 +5,17 @@
 
 #include <CLI/CLI.hpp>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 #include <QtCore/QStringDecoder>
+#include <QtCore/QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <fcntl.h>
@@ -40,12 +44,12 @@ bool prepareStream(FILE *stream)
 
 [[noreturn]] void failToRead(const QString &path, const QFileDevice &file)
 {
-    throw Failure(QStringLiteral("Couldn't read %1: %2").arg(shownPath(path), file.errorString()));
+    throw Failure(QStringLiteral("Couldn't read %1: %2").arg(inputName(path), file.errorString()));
 }
 
-[[noreturn]] void failToWrite(const QString &path, const QFileDevice &file)
+[[noreturn]] void failToWrite(const QString &path, const QString &reason)
 {
-    throw Failure(QStringLiteral("Couldn't write '%1': %2").arg(path, file.errorString()));
+    throw Failure(QStringLiteral("Couldn't write '%1': %2").arg(path, reason));
 }
 
 /// Whether path is a device or a pipe, which is written to and must not be replaced by a file.
@@ -59,24 +63,10 @@ bool isDevice(const QString &path)
 void writeFile(QFileDevice &file, const QString &path, const QByteArray &data)
 {
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.flush())
-        failToWrite(path, file);
+        failToWrite(path, file.errorString());
 }
 
 } // namespace
-
-void addFileOptions(CLI::App &command, FileOptions &files)
-{
-    command.add_option("INPUT", files.input, "File to read; \"-\", the default, is standard input");
-    command
-        .add_option("-o,--output", files.output,
-                    "File to write, whole or not at all; \"-\", the default, is standard output")
-        ->type_name("OUTPUT");
-}
-
-QString shownPath(const QString &path)
-{
-    return isStandardStream(path) ? QStringLiteral("standard input") : QStringLiteral("'%1'").arg(path);
-}
 
 QByteArray readInput(const QString &path)
 {
@@ -105,7 +95,7 @@ QString readUtf8(const QString &path)
     if (back != bytes) {
         const auto good = std::mismatch(bytes.begin(), bytes.end(), back.begin(), back.end()).first;
         throw Failure(QStringLiteral("%1 is not UTF-8 text from the byte at offset %2 on!")
-                          .arg(shownPath(path), QString::number(good - bytes.begin())));
+                          .arg(inputName(path), QString::number(good - bytes.begin())));
     }
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);
@@ -127,5 +117,36 @@ void writeOutput(const QString &path, const QByteArray &data)
     QSaveFile file(path);
     writeFile(file, path, data);
     if (!file.commit())
-        failToWrite(path, file);
+        failToWrite(path, file.errorString());
+}
+
+void writeFolder(const QString &path, const QList<NamedData> &files)
+{
+    const QDir folder(path);
+    for (const NamedData &file : files) {
+        if (QFileInfo(folder.filePath(file.name)).isDir())
+            failToWrite(folder.filePath(file.name), QStringLiteral("It is a folder"));
+    }
+    // All are written beside their place first, so that whatever cannot be written stops the command before
+    // the first of them takes its place.
+    if (!folder.mkpath(QStringLiteral(".")))
+        failToWrite(path, QStringLiteral("The folder cannot be made"));
+    const QTemporaryDir staging(folder.filePath(QStringLiteral(".zr8bit-XXXXXX")));
+    if (!staging.isValid())
+        failToWrite(path, staging.errorString());
+    for (const NamedData &file : files)
+        writeOutput(staging.filePath(file.name), file.data);
+    for (const NamedData &file : files) {
+        std::error_code error;
+        std::filesystem::rename(QFileInfo(staging.filePath(file.name)).filesystemFilePath(),
+                                QFileInfo(folder.filePath(file.name)).filesystemFilePath(), error);
+        if (error)
+            failToWrite(folder.filePath(file.name), QString::fromStdString(error.message()));
+    }
+}
+
+QString inputName(const QString &path)
+{
+    return isStandardStream(path) ? QStringLiteral("standard input")
+                                  : QLatin1Char('\'') + path + QLatin1Char('\'');
 }

@@ -1,27 +1,10 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QList>
 #include <QtCore/QString>
 
-#include <string>
-
-namespace CLI {
-class App;
-}
-
 // Input and output of the sub-commands that convert. An empty path and "-" mean standard input or output.
-
-struct FileOptions
-{
-    std::string input;
-    std::string output;
-};
-
-/// Adds the argument INPUT and the option -o. files must live until the command line has been parsed.
-void addFileOptions(CLI::App &command, FileOptions &files);
-
-/// A path as messages show it.
-QString shownPath(const QString &path);
 
 /// All bytes of the input. Throws Failure when they cannot be read, and asks for the help text instead of
 /// waiting when standard input is a terminal.
@@ -33,3 +16,18 @@ QString readUtf8(const QString &path);
 /// Writes the output: a file whole or not at all. Throws Failure when it cannot be written, with an existing
 /// file as it was.
 void writeOutput(const QString &path, const QByteArray &data);
+
+/// A file by its name within a folder.
+struct NamedData
+{
+    QString name;
+    QByteArray data;
+};
+
+/// Writes files into a folder, which is made when it does not exist. Throws Failure when one of them cannot
+/// be written, with those that exist as they were. Only should the system refuse to rename a file that is
+/// already written, those before it have taken their place.
+void writeFolder(const QString &path, const QList<NamedData> &files);
+
+/// A path of readInput() as messages show it.
+QString inputName(const QString &path);

@@ -8,8 +8,8 @@
 /// The settings of a machine in a file of INI form: "RAM_MAIN.Size" is the entry Size of the section
 /// [RAM_MAIN].
 ///
-/// Lists are separated by commas; an empty entry is an empty list. A text with a comma is to be quoted. Numbers
-/// are written as 512, 0x200 or $200. A FilePath is relative to the folder of the settings file.
+/// Lists are separated by commas; an empty entry is an empty list. A text with a comma is to be quoted.
+/// Numbers are written as 512, 0x200 or $200. A FilePath is relative to the folder of the settings file.
 class IniConfig : public ZRConfigIface
 {
 public:

@@ -40,6 +40,8 @@ int runCommandLine(int argc, char *argv[])
     addTextCommand(app);
     addDbCommand(app);
     addSoundCommand(app);
+    addImageCommand(app);
+    addSpriteCommand(app);
 
     try {
         const int exitCode = parse(app, argc, argv);

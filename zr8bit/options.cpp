@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
-void addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
-                     NumberRange range, std::optional<int> &target, const std::string &description)
+CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
+                             NumberRange range, std::optional<int> &target, const std::string &description)
 {
     const auto store = [name, range, &target](const std::string &value) {
         target = parseNumber(fromArgument(value));
@@ -16,7 +16,18 @@ void addNumberOption(CLI::App &command, const std::string &name, const std::stri
                            .arg(range.smallest)
                            .arg(range.largest));
     };
-    command.add_option_function<std::string>(name, store, description)->type_name(valueName);
+    return command.add_option_function<std::string>(name, store, description)->type_name(valueName);
+}
+
+void addInputArgument(CLI::App &command, std::string &target, const std::string &description)
+{
+    command.add_option("INPUT", target, description + "; standard input by default and for -");
+}
+
+void addOutputOption(CLI::App &command, std::string &target, const std::string &description)
+{
+    command.add_option("-o,--output", target, description + "; standard output by default and for -")
+        ->type_name("OUTPUT");
 }
 
 void failOption(const std::string &name, const QString &value, const QString &expected)

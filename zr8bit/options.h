@@ -8,7 +8,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 /// The numbers that an option takes.
 struct NumberRange
@@ -19,8 +20,14 @@ struct NumberRange
 
 /// Adds an option that takes a number, written as 512, 0x200 or $200. Any other value is a wrong command
 /// line. target must live until the command line has been parsed.
-void addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
-                     NumberRange range, std::optional<int> &target, const std::string &description);
+CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
+                             NumberRange range, std::optional<int> &target, const std::string &description);
+
+/// Adds the argument INPUT, a file to read or "-" for standard input, which it is by default.
+void addInputArgument(CLI::App &command, std::string &target, const std::string &description);
+
+/// Adds the option -o, a file to write or "-" for standard output, which it is by default.
+void addOutputOption(CLI::App &command, std::string &target, const std::string &description);
 
 /// Ends parsing: the value of an option is not what it takes.
 [[noreturn]] void failOption(const std::string &name, const QString &value, const QString &expected);

@@ -17,7 +17,8 @@ namespace {
 
 struct Options
 {
-    FileOptions files;
+    std::string input;
+    std::string output;
     std::string format = "vpd";
     std::string separator = ",";
 };
@@ -26,29 +27,28 @@ struct Options
 void check(bool isConverted, const Options &options)
 {
     if (!isConverted)
-        throw Failure(
-            QStringLiteral("Couldn't convert %1!").arg(shownPath(fromArgument(options.files.input))));
+        throw Failure(QStringLiteral("Couldn't convert %1!").arg(inputName(fromArgument(options.input))));
 }
 
 void encode(const Options &options)
 {
     // The end of a file's last line is not a part of the sound.
-    const QString text = readUtf8(fromArgument(options.files.input)).trimmed();
+    const QString text = readUtf8(fromArgument(options.input)).trimmed();
     QByteArray sound;
     check(ZR8BitTVCSound::soundToBin(text, sound, fromArgument(options.format),
                                      fromArgument(options.separator)),
           options);
-    writeOutput(fromArgument(options.files.output), sound);
+    writeOutput(fromArgument(options.output), sound);
 }
 
 void decode(const Options &options)
 {
-    const QByteArray sound = readInput(fromArgument(options.files.input));
+    const QByteArray sound = readInput(fromArgument(options.input));
     QString text;
     check(ZR8BitTVCSound::binToSound(sound, text, fromArgument(options.format),
                                      fromArgument(options.separator)),
           options);
-    writeOutput(fromArgument(options.files.output), (text + u'\n').toUtf8());
+    writeOutput(fromArgument(options.output), (text + u'\n').toUtf8());
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
@@ -56,7 +56,8 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
 {
     CLI::App *command = group.add_subcommand(name, description);
     auto options = std::make_shared<Options>();
-    addFileOptions(*command, options->files);
+    addInputArgument(*command, options->input, "File to read");
+    addOutputOption(*command, options->output, "File to write, whole or not at all");
     command
         ->add_option(
             "--format", options->format,

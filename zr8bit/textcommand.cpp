@@ -1,12 +1,11 @@
 #include "commands.h"
 #include "console.h"
 #include "files.h"
+#include "options.h"
 
 #include <zr8bitlib/zr8bittvc.h>
 
 #include <CLI/CLI.hpp>
-
-#include <QtCore/QtLogging>
 
 #include <memory>
 
@@ -16,7 +15,8 @@ namespace {
 
 struct Options
 {
-    FileOptions files;
+    std::string input;
+    std::string output;
     bool lines = false;
 };
 
@@ -35,24 +35,25 @@ void finish(const QString &source, QString &target, bool keepLineEnds)
             ++lost;
     }
     if (lost > 0)
-        qWarning("%lld of %lld characters have no counterpart and became spaces", qlonglong(lost),
-                 qlonglong(source.size()));
+        printWarning(QStringLiteral("%1 of %2 characters have no counterpart and became spaces")
+                         .arg(lost)
+                         .arg(source.size()));
 }
 
 void encode(const Options &options)
 {
-    const QString text = readUtf8(fromArgument(options.files.input));
+    const QString text = readUtf8(fromArgument(options.input));
     QString codes = QString::fromLatin1(ZR8BitTVC::QStringToTVCStr(text));
     finish(text, codes, options.lines);
-    writeOutput(fromArgument(options.files.output), codes.toLatin1());
+    writeOutput(fromArgument(options.output), codes.toLatin1());
 }
 
 void decode(const Options &options)
 {
-    const QByteArray codes = readInput(fromArgument(options.files.input));
+    const QByteArray codes = readInput(fromArgument(options.input));
     QString text = ZR8BitTVC::TVCStrToQString(codes);
     finish(QString::fromLatin1(codes), text, options.lines);
-    writeOutput(fromArgument(options.files.output), text.toUtf8());
+    writeOutput(fromArgument(options.output), text.toUtf8());
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
@@ -60,7 +61,8 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
 {
     CLI::App *command = group.add_subcommand(name, description);
     auto options = std::make_shared<Options>();
-    addFileOptions(*command, options->files);
+    addInputArgument(*command, options->input, "File to read");
+    addOutputOption(*command, options->output, "File to write, whole or not at all");
     command->add_flag("--lines", options->lines,
                       "Convert line by line: keep carriage returns and line feeds as they are");
     command->footer("Line ends have no code in the TVC's character set: without --lines each of their\n"

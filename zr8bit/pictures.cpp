@@ -1,0 +1,90 @@
+#include "pictures.h"
+
+#include "console.h"
+#include "failure.h"
+#include "files.h"
+#include "options.h"
+
+#include <QtCore/QBuffer>
+#include <QtGui/QImageReader>
+#include <QtGui/QImageWriter>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+[[noreturn]] void failTooLarge()
+{
+    throw Failure(QStringLiteral("The picture becomes too large!"));
+}
+
+} // namespace
+
+QImage readPicture(const QString &path)
+{
+    QByteArray data = readInput(path);
+    QBuffer buffer(&data);
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (4 * qint64(size.width()) * size.height() > qint64(QImageReader::allocationLimit()) << 20)
+        throw Failure(QStringLiteral("The picture in %1 has %2 x %3 pixels, which is too large!")
+                          .arg(inputName(path))
+                          .arg(size.width())
+                          .arg(size.height()));
+    QImage picture = reader.read();
+    if (picture.isNull())
+        throw Failure(
+            QStringLiteral("Couldn't read a picture from %1: %2").arg(inputName(path), reader.errorString()));
+    return picture;
+}
+
+QByteArray toPng(const QImage &picture)
+{
+    if (picture.isNull())
+        failTooLarge();
+    QByteArray png;
+    QBuffer buffer(&png);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(picture))
+        throw Failure(QStringLiteral("Couldn't make a PNG of %1 x %2 pixels: %3")
+                          .arg(picture.width())
+                          .arg(picture.height())
+                          .arg(writer.errorString()));
+    return png;
+}
+
+QImage enlarge(const QImage &picture, int scale)
+{
+    if (std::max(picture.width(), picture.height()) > std::numeric_limits<int>::max() / scale)
+        failTooLarge();
+    return picture.scaled(picture.size() * scale);
+}
+
+void addScaleOption(CLI::App &command, std::optional<int> &target)
+{
+    constexpr int LargestScale = 64;
+    addNumberOption(command, "--scale", "N", {1, LargestScale}, target,
+                    "Repeat each pixel N times across and down; 1 by default");
+}
+
+qint64 bytesPerRow(int width)
+{
+    return (qint64(width) + 1) / 2;
+}
+
+QByteArray readStream(const QString &path, qint64 unitSize, const QString &units)
+{
+    QByteArray stream = readInput(path);
+    if (stream.isEmpty())
+        throw Failure(QStringLiteral("There are no bytes in %1!").arg(inputName(path)));
+    if (stream.size() % unitSize != 0)
+        printWarning(QStringLiteral("%1 has %2 bytes, %3 bytes would be whole %4 of %5 bytes each")
+                         .arg(inputName(path))
+                         .arg(stream.size())
+                         .arg((stream.size() / unitSize + 1) * unitSize)
+                         .arg(units)
+                         .arg(unitSize));
+    return stream;
+}
