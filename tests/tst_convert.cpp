@@ -40,7 +40,7 @@ void tst_Convert::conversions_data()
     row("db|decode", "; \xE1\ndb $db, 1 ; \xE1", "\xDB\x01"); // a comment in another encoding
     row("db|decode", " RET\n", "", "zr8bit: warning: The listing in standard input holds no DB values\n");
     bad("db|decode", "DB 1\r\nDB 2\rDB 3\nDB 1,\n x\x1B,2",
-        "zr8bit: standard input, line 5: 'x\\x1B' is not a number!\n");
+        "zr8bit: standard input, line 5: 'x\\x1B,2' holds what is not a number!\n");
     bad("db|encode|--per-line|-1", "1", "--per-line: '-1' is not a number from 0", 2);
 
     row("sound|encode", "15,1000,20,240,\n", "\x0F\x03\xE8\x14\xF0");

@@ -5,10 +5,10 @@
 #include "options.h"
 
 #include <zr8bitlib/zr8bittvc.h>
-#include <zr8bitlib/zr8bittvclisting_p.h>
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -45,32 +45,31 @@ void encode(const EncodeOptions &options)
     writeOutput(fromArgument(options.output), listing.toLatin1());
 }
 
-/// The number of the line, from 1, that a place of a text is on.
-qsizetype lineNumber(QStringView text, qsizetype place)
-{
-    const QStringView before = text.first(place);
-    return 1 + before.count(u'\n') + before.count(u'\r') - before.count(QLatin1String("\r\n"));
-}
-
-QString badItemText(const QString &path, QStringView listing, QStringView item)
+/// Names the line of a bad item: the last one of the fewest lines from the start that are refused.
+QString badLineText(const QString &path, const QString &listing)
 {
     constexpr qsizetype LongestShown = 40;
-    const qsizetype line = lineNumber(listing, item.data() - listing.data());
-    QString shown = item.left(LongestShown).toString();
-    if (item.size() > LongestShown)
+    const QList<QStringView> lines = QStringView(listing).split(u'\n');
+    const auto bad = std::partition_point(lines.begin(), lines.end(), [&listing](QStringView line) {
+        QByteArray ignored;
+        return ZR8BitTVC::DBToBin(listing.first(line.end() - listing.constBegin()), ignored);
+    });
+    QString shown = bad->trimmed().left(LongestShown).toString();
+    if (bad->trimmed().size() > LongestShown)
         shown += QStringLiteral("...");
-    return QStringLiteral("%1, line %2: '%3' is not a number!")
-        .arg(inputName(path), QString::number(line), shown);
+    return QStringLiteral("%1, line %2: '%3' holds what is not a number!")
+        .arg(inputName(path), QString::number(bad - lines.begin() + 1), shown);
 }
 
 void decode(const DecodeOptions &options)
 {
     // Comments may be in any encoding: only ASCII matters, and what is not UTF-8 is no number.
     const QString path = fromArgument(options.input);
-    const QString listing = QString::fromUtf8(readInput(path));
+    QString listing = QString::fromUtf8(readInput(path));
+    listing.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     QByteArray data;
-    if (const auto badItem = ZR::appendListing(listing, data))
-        throw Failure(badItemText(path, listing, *badItem));
+    if (!ZR8BitTVC::DBToBin(listing, data))
+        throw Failure(badLineText(path, listing));
     if (data.isEmpty() && !listing.trimmed().isEmpty())
         printWarning(QStringLiteral("The listing in %1 holds no DB values").arg(inputName(path)));
     writeOutput(fromArgument(options.output), data);
