@@ -1,6 +1,5 @@
 // The processor: instruction table, running from a buffer and from memory, addressing, ADC, failures.
 
-#include "testconfig.h"
 #include "testlogger.h"
 
 #include <zr8bitlib/zr8bitprocmos6510.h>
@@ -33,15 +32,11 @@ struct Machine
     ZR8BitProcMOS6510 processor;
 };
 
-/// A model with a table of its own making.
-class TestProcessor : public ZR8BitProcBase
+/// A model that adds rows of its own.
+class TestProcessor : public ZR8BitProcMOS6510
 {
 public:
-    using ZR8BitProcBase::execute;
     ZR8BitProcCommands &commands() { return _commands; }
-
-protected:
-    int execute() override { return 0; }
 };
 
 } // namespace
@@ -123,11 +118,15 @@ private Q_SLOTS:
 
     void zeroLength()
     {
+        ZR8BitRAM ram;
         TestProcessor processor;
-        TestConfig config{};
-        QVERIFY(processor.init() && processor.readFromConfig(u"any"_s, &config));
-        QVERIFY(processor.commands().addCommand(0x0A, 0, 1, u"NUL%3"_s, QString(), QString()));
+        QVERIFY(ram.setSize(1) && processor.commands().addCommand(0x0A, 0, 1, u"NUL%3"_s, {}, {}));
         QCOMPARE(processor.execute(QByteArray("\x0A", 1)), -1);
+        QCOMPARE(processor.hardwareIssueMsg(), u"Error on execute command: 0x0a - 'NUL%3'! "_s);
+        processor.resetHardwareIssue();
+        processor.setMainMemory(&ram);
+        ram.setByteValue(0x0A, 0);
+        QCOMPARE(processor.step(), -1);
         QCOMPARE(processor.hardwareIssueMsg(), u"Error on execute command: 0x0a - 'NUL%3'! "_s);
         QVERIFY(!processor.readFromConfig(QString(), nullptr));
         QCOMPARE(processor.lastErrorStr(), u"Config handler must be defined!"_s);
@@ -135,9 +134,6 @@ private Q_SLOTS:
 
     void init()
     {
-        ZR8BitProcMOS6510 fresh;
-        QVERIFY(fresh.registers().isEmpty() && fresh.commandList().isEmpty());
-
         Machine machine;
         QCOMPARE(machine.processor.registers().keys().join(u','), u"AC,PC,PS,SP,XR,YR"_s);
         for (ZR8BitRegister *reg : machine.processor.registers()) {
@@ -189,58 +185,41 @@ private Q_SLOTS:
         }
     }
 
-    void addressing_data()
-    {
-        QTest::addColumn<QByteArray>("code");
-        QTest::addColumn<int>("x");
-        QTest::addColumn<int>("y");
-        QTest::addColumn<int>("pointerAt"); // -1 for none
-        QTest::addColumn<int>("pointer");
-        QTest::addColumn<int>("address");
-        const auto row = [](const char *name, const char *code, int x, int y, int address, int pointerAt = -1,
-                            int pointer = 0) {
-            QTest::newRow(name) << QByteArray::fromHex(code) << x << y << pointerAt << pointer << address;
-        };
-        row("zero page", "65f0", 9, 9, 0xF0);
-        row("zero page,X", "7501", 2, 9, 0x03);
-        row("zero page,X wraps", "75f0", 0x20, 9, 0x10);
-        row("zero page,X wraps to 0", "7501", 0xFF, 9, 0);
-        row("absolute", "6d3412", 9, 9, 0x1234);
-        row("absolute,X is unsigned", "7d3412", 0x80, 9, 0x12B4);
-        row("absolute,X wraps", "7dffff", 1, 9, 0);
-        row("absolute,Y", "793412", 9, 3, 0x1237);
-        row("absolute,Y wraps", "79ffff", 9, 1, 0);
-        row("(zero page,X)", "6110", 3, 9, 0x4321, 0x13, 0x4321);
-        row("(zero page,X) wraps", "61fe", 3, 9, 0x8765, 0x01, 0x8765);
-        row("(zero page,X) pointer at the edge", "61f0", 0x0F, 9, 0x4321, 0xFF, 0x4321);
-        row("(zero page),Y", "7110", 9, 0xFF, 0x10FF, 0x10, 0x1000);
-        row("(zero page),Y pointer at the edge", "71ff", 9, 1, 0x4322, 0xFF, 0x4321);
-        row("(zero page),Y wraps", "7110", 9, 0x10, 0x000F, 0x10, 0xFFFF);
-    }
-
     void addressing()
     {
-        QFETCH(QByteArray, code);
-        QFETCH(int, x);
-        QFETCH(int, y);
-        QFETCH(int, pointerAt);
-        QFETCH(int, pointer);
-        QFETCH(int, address);
-        Machine machine;
-        machine.reg("XR").setValue(static_cast<short>(x));
-        machine.reg("YR").setValue(static_cast<short>(y));
-        if (pointerAt >= 0)
-            machine.ram.setWordValue(static_cast<short>(pointer), pointerAt);
-        machine.ram.setByteValue(0x5A, address);
-        QCOMPARE(machine.processor.execute(code), int(code.size()));
-        QCOMPARE(machine.ac(), 0x5A);
+        const struct
+        {
+            const char *name, *code;
+            int x, y, address, pointerAt, pointer;
+        } rows[] = {{"zero page", "65f0", 9, 9, 0xF0, 0, 0},
+                    {"zero page,X", "7501", 2, 9, 0x03, 0, 0},
+                    {"zero page,X wraps", "75f0", 0x20, 9, 0x10, 0, 0},
+                    {"absolute", "6d3412", 9, 9, 0x1234, 0, 0},
+                    {"absolute,X is unsigned", "7d3412", 0x80, 9, 0x12B4, 0, 0},
+                    {"absolute,X wraps", "7dffff", 2, 9, 1, 0, 0},
+                    {"absolute,Y", "793412", 9, 3, 0x1237, 0, 0},
+                    {"absolute,Y wraps", "79ffff", 9, 2, 1, 0, 0},
+                    {"(zero page,X)", "6110", 3, 9, 0x4321, 0x13, 0x4321},
+                    {"(zero page,X) wraps", "61fe", 3, 9, 0x8765, 0x01, 0x8765},
+                    {"(zero page,X) pointer at the edge", "61f0", 0x0F, 9, 0x4321, 0xFF, 0x4321},
+                    {"(zero page),Y", "7110", 9, 0xFF, 0x10FF, 0x10, 0x1000},
+                    {"(zero page),Y pointer at the edge", "71ff", 9, 1, 0x4322, 0xFF, 0x4321},
+                    {"(zero page),Y wraps", "7110", 9, 0x10, 0x000F, 0x10, 0xFFFF}};
+        for (const auto &row : rows) {
+            const QByteArray code = QByteArray::fromHex(row.code);
+            Machine machine;
+            machine.reg("XR").setValue(static_cast<short>(row.x));
+            machine.reg("YR").setValue(static_cast<short>(row.y));
+            machine.ram.setWordValue(static_cast<short>(row.pointer), row.pointerAt);
+            machine.ram.setByteValue(0x5A, row.address);
+            QVERIFY2(machine.processor.execute(code) == code.size() && machine.ac() == 0x5A, row.name);
 
-        // Beyond the end of a short memory everything reads 0, which is no failure of the processor.
-        Machine none(0);
-        QCOMPARE(none.processor.execute(code), int(code.size()));
-        QCOMPARE(none.ac(), 0);
-        QVERIFY(!none.processor.hardwareIssue());
-        QVERIFY(none.ram.lastErrorStr().startsWith(QLatin1String("Invalid memory address: 0x0000")));
+            // Beyond the end of a short memory everything reads 0, which is no failure of the processor.
+            Machine none(0);
+            QVERIFY2(none.processor.execute(code) == code.size() && none.ac() == 0, row.name);
+            QVERIFY(!none.processor.hardwareIssue());
+            QVERIFY(none.ram.lastErrorStr().startsWith(u"Invalid memory address: 0x0000"_s));
+        }
     }
 
     void step()

@@ -7,7 +7,6 @@
 #include <zr8bitlib/zr8bitprocmos6510.h>
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bittvc.h>
-#include <zrbaselib/zrutils.h>
 
 #include <QtTest/QtTest>
 
@@ -16,11 +15,18 @@ using namespace ZR;
 
 namespace {
 
-template <typename Class>
-void addShape(const char *parent, const char *methods = "")
+struct Shape
 {
-    QTest::newRow(Class::staticMetaObject.className())
-        << &Class::staticMetaObject << Class::className() << QByteArray(parent) << QByteArray(methods);
+    const QMetaObject &meta;
+    QString className;
+    const char *parent;
+    const char *methods;
+};
+
+template <typename Class>
+Shape shape(const char *parent, const char *methods = "")
+{
+    return {Class::staticMetaObject, Class::className(), parent, methods};
 }
 
 } // namespace
@@ -30,36 +36,28 @@ class tst_Object : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void classShape_data()
+    void classShapes()
     {
-        QTest::addColumn<const QMetaObject *>("meta");
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QByteArray>("parent");
-        QTest::addColumn<QByteArray>("methods");
-        addShape<ZR8BitComputer>("QObject");
-        addShape<ZR8BitROM>("QObject");
-        addShape<ZR8BitRAM>("ZR::ZR8BitROM");
-        addShape<ZR8BitRegister>("QObject", "onValueChanged()");
-        addShape<ZRMOS6510PSRegister>("ZR::ZR8BitRegister");
-        addShape<ZR8BitProcBase>("QObject");
-        addShape<ZR8BitProcMOS6510>("ZR::ZR8BitProcBase", "mc_ADC(ZR8BitProcCommand*,const char*)");
-        addShape<ZR8BitProcCommand>("QObject", "execute(ZR8BitProcCommand*,const char*)");
-        addShape<ZR8BitProcCommands>("QObject");
-        addShape<ZR8BitTVC>("QObject");
-    }
-
-    void classShape()
-    {
-        QFETCH(const QMetaObject *, meta);
-        QFETCH(QString, className);
-        QFETCH(QByteArray, parent);
-        QFETCH(QByteArray, methods);
-        QCOMPARE(QLatin1String(meta->className()), QLatin1String("ZR::") + className);
-        QCOMPARE(QByteArray(meta->superClass()->className()), parent);
-        QByteArrayList found;
-        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i)
-            found += meta->method(i).methodSignature();
-        QCOMPARE(found.join(), methods);
+        const Shape shapes[] = {
+            shape<ZR8BitComputer>("QObject"),
+            shape<ZR8BitROM>("QObject"),
+            shape<ZR8BitRAM>("ZR::ZR8BitROM"),
+            shape<ZR8BitRegister>("QObject", "onValueChanged()"),
+            shape<ZRMOS6510PSRegister>("ZR::ZR8BitRegister"),
+            shape<ZR8BitProcBase>("QObject"),
+            shape<ZR8BitProcMOS6510>("ZR::ZR8BitProcBase", "mc_ADC(ZR8BitProcCommand*,const char*)"),
+            shape<ZR8BitProcCommand>("QObject", "execute(ZR8BitProcCommand*,const char*)"),
+            shape<ZR8BitProcCommands>("QObject"),
+            shape<ZR8BitTVC>("QObject"),
+        };
+        for (const Shape &row : shapes) {
+            QCOMPARE(QLatin1String(row.meta.className()), "ZR::"_L1 + row.className);
+            QCOMPARE(row.meta.superClass()->className(), row.parent);
+            QByteArrayList methods;
+            for (int i = row.meta.methodOffset(); i < row.meta.methodCount(); ++i)
+                methods += row.meta.method(i).methodSignature();
+            QCOMPARE(methods.join(), row.methods);
+        }
     }
 
     void texts()
@@ -96,9 +94,8 @@ private Q_SLOTS:
         QCOMPARE(logger.lines.size(), 1);
         QVERIFY(logger.lineNumbers.first() > 0);
         const QString expected = u"%1|%2|zr8bitlib/zr8bitrom|"_s.arg(int(QtCriticalMsg)).arg(addressFailure);
-        QVERIFY2(logger.lines.first().startsWith(expected), qPrintable(logger.lines.first()));
-        QVERIFY2(logger.lines.first().contains(QLatin1String("ZR::ZR8BitROM::byteValue(const int")),
-                 qPrintable(logger.lines.first()));
+        QVERIFY(logger.lines.first().startsWith(expected));
+        QVERIFY(logger.lines.first().contains(u"ZR::ZR8BitROM::byteValue(const int"_s));
 
         QVERIFY(ram.setSize(1));
         QCOMPARE(ram.lastErrorStr(), addressFailure); // a success takes nothing back
@@ -106,33 +103,14 @@ private Q_SLOTS:
 
     void settingsDefaults()
     {
-        TestConfig config{{u"A.Word"_s, u" Yes "_s},
-                          {u"A.Off"_s, u"off"_s},
-                          {u"A.Long"_s, u"-5000000000"_s},
-                          {u"A.Real"_s, u"2.5"_s}};
-        const auto key = [](const char *field) { return u"A."_s + QLatin1String(field); };
-        QVERIFY(config.contains(key("Word")) && !config.contains(key("None")));
-        QVERIFY(config.boolValue(key("Word"), false) && !config.boolValue(key("Off"), true));
-        QVERIFY(config.boolValue(key("Real"), true) && !config.boolValue(key("None"), false));
-        QCOMPARE(config.longValue(key("Long"), 1), Q_INT64_C(-5000000000));
-        QCOMPARE(config.longValue(key("Word"), 1), 1);
-        QCOMPARE(config.doubleValue(key("Real"), 1), 2.5);
-        QCOMPARE(config.doubleValue(key("None"), 1), 1.0);
-    }
-
-    void readFile()
-    {
-        QTemporaryDir dir;
-        QFile file(dir.filePath(u"x.bin"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        const QByteArray content("a\r\n\0b", 5);
-        QCOMPARE(file.write(content), 5);
-        file.close();
-        QByteArray data("old");
-        QVERIFY(ZRUtils::readFile(file.fileName(), data));
-        QCOMPARE(data, content);
-        QVERIFY(!ZRUtils::readFile(dir.path(), data));
-        QVERIFY(!ZRUtils::readFile(dir.filePath(u"none"_s), data));
+        TestConfig config{{u"Word"_s, u" Yes "_s}, {u"Off"_s, u"off"_s}, {u"Long"_s, u"-5000000000"_s}};
+        QVERIFY(config.contains(u"Word"_s) && !config.contains(u"None"_s));
+        QVERIFY(config.boolValue(u"Word"_s, false) && !config.boolValue(u"Off"_s, true));
+        QVERIFY(config.boolValue(u"Long"_s, true) && !config.boolValue(u"None"_s, false));
+        QCOMPARE(config.longValue(u"Long"_s, 1), Q_INT64_C(-5000000000));
+        QCOMPARE(config.longValue(u"Word"_s, 1), 1);
+        QCOMPARE(config.doubleValue(u"Long"_s, 1), -5e9);
+        QCOMPARE(config.doubleValue(u"None"_s, 1), 1.0);
     }
 };
 
