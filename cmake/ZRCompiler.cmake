@@ -14,7 +14,7 @@ add_compile_definitions(
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
 if(MSVC)
-    add_compile_options(/W4)
+    add_compile_options(/W4 /utf-8)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic -Wconversion)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
