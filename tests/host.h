@@ -27,6 +27,28 @@ inline HostResult runHost(const QStringList &arguments, const QByteArray &input 
     return {host.exitCode(), host.readAllStandardOutput(), host.readAllStandardError()};
 }
 
+/// Runs a command line without blanks in its words, in which %1 stands for a path.
+inline HostResult run(const char *line, const QString &path = QString(),
+                      const QByteArray &input = QByteArray())
+{
+    QStringList arguments = QString::fromUtf8(line).split(u' ');
+    arguments.replaceInStrings(QStringLiteral("%1"), path);
+    return runHost(arguments, input);
+}
+
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+inline void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("no file");
+}
+
 inline QString examplePath(const char *fileName)
 {
     return QStringLiteral(ZR_EXAMPLES) + QLatin1Char('/') + QLatin1String(fileName);

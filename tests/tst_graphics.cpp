@@ -6,35 +6,10 @@
 
 #include <QtGui/QImage>
 
+using namespace Qt::StringLiterals;
 using TVC = ZR::ZR8BitTVCColor16;
 
-class tst_Graphics : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void image();
-    void sprite();
-    void cutStreams();
-    void failures();
-    void outputIsWholeOrNotAtAll();
-
-private:
-    QString path(const char *name) { return _dir.filePath(QString::fromLatin1(name)); }
-    QString writeFile(const char *name, const QByteArray &content);
-
-    QTemporaryDir _dir;
-};
-
 namespace {
-
-/// Runs a command line without blanks in its words, in which %1 stands for a path.
-HostResult run(const char *line, const QString &path = QString(), const QByteArray &input = QByteArray())
-{
-    QStringList arguments = QString::fromLatin1(line).split(u' ');
-    arguments.replaceInStrings(QStringLiteral("%1"), path);
-    return runHost(arguments, input);
-}
 
 /// The begin of a PNG that claims 60,000 x 60,000 pixels.
 QByteArray hugePng()
@@ -43,143 +18,143 @@ QByteArray hugePng()
                                "0000000049444154");
 }
 
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-}
-
 } // namespace
 
-QString tst_Graphics::writeFile(const char *name, const QByteArray &content)
+class tst_Graphics : public QObject
 {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("no file");
-    return file.fileName();
-}
+    Q_OBJECT
 
-// Each conversion by name and through the standard streams.
-void tst_Graphics::image()
-{
-    const QString picture = path("odd.bmp");
-    const QImage source = QImage(examplePath("sunset.png")).copy(90, 90, 33, 20);
-    QVERIFY(source.save(picture));
-    const QImage preview = TVC::QImageToTVC16ColoredQImage(source);
-    const QByteArray stream = TVC::QImageToTVC16Bin(source);
-
-    QCOMPARE(run("image encode %1/odd.bmp -o %1/out", _dir.path()).exitCode, 0);
-    QCOMPARE(readFile(path("out")), stream);
-    QCOMPARE(run("image encode", {}, readFile(picture)).output, stream);
-    QCOMPARE(QImage::fromData(run("image decode - --width 33", {}, stream).output, "png"), preview);
-    const HostResult result = run("image preview %1 --scale 3", picture);
-    QCOMPARE(result.errors, QByteArray());
-    QCOMPARE(run("image preview - --scale $3", {}, readFile(picture)).output, result.output);
-    const QImage large = QImage::fromData(result.output, "png");
-    QCOMPARE(large.size(), source.size() * 3);
-    for (int i = 0; i < large.width() * large.height(); ++i) {
-        const QPoint place(i % large.width(), i / large.width());
-        QVERIFY(large.pixel(place) == preview.pixel(place.x() / 3, place.y() / 3));
-    }
-}
-
-void tst_Graphics::sprite()
-{
-    QList<QImage> images;
-    for (const char *name : {"coin-0.png", "coin-1.png"})
-        images += QImage(examplePath(name));
-    const QByteArray sprite = TVC::QImagesToTVC16Sprite(images, QColor(255, 0, 255));
-    QCOMPARE(run("sprite encode %1coin-0.png %1coin-1.png", examplePath("")).output, sprite);
-
-    // The frames come back with their transparent pixels, so that they make the same sprite again.
-    HostResult result = run("sprite decode --width 16 --height 0x10 -o %1", path("coin"), sprite);
-    QCOMPARE(result.errors, QByteArray());
-    QCOMPARE(QDir(path("coin")).entryList(QDir::Files | QDir::Hidden).size(), 2);
-    const QImage frame(path("coin/frame-000.png"));
-    QCOMPARE(frame.pixel(0, 0), 0x00FFFFFFU);
-    QCOMPARE(frame.pixel(8, 1), 0xFF929200U);
-    result = run("sprite encode --transparent #010203 - %1/frame-001.png", path("coin"),
-                 readFile(path("coin/frame-000.png")));
-    QCOMPARE(result.output, sprite);
-
-    result = run("sprite preview --width 16 --height 16", {}, sprite);
-    const QImage sheet = QImage::fromData(result.output, "png");
-    QCOMPARE(sheet.size(), QSize(32, 16));
-    QCOMPARE(sheet.pixel(8, 1), 0xFF929200U);
-    QCOMPARE(sheet.pixel(16, 0), sheet.pixel(0, 0));
-    QVERIFY(sheet.pixel(2, 0) != sheet.pixel(0, 0));
-}
-
-void tst_Graphics::cutStreams()
-{
-    // One frame of 3 x 2 pixels, one row of a second, and of a third not even that.
-    const QByteArray cut = QByteArray::fromHex("88aa00025555ff55ffff0000");
-    HostResult result = run("sprite decode --width 3 --height 2 -o %1", path("cut"), cut);
-    QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.errors,
-             QByteArray("zr8bit: warning: standard input has 12 bytes, 16 bytes would be whole "
-                        "frames of 8 bytes each\n"));
-    QCOMPARE(QImage(path("cut/frame-001.png")).size(), QSize(3, 1));
-    result = run("sprite preview --width 3 --height 2", {}, cut.first(8) + '\0');
-    QCOMPARE(QImage::fromData(result.output).size(), QSize(6, 2));
-
-    result = run("image decode --width 3 %1", writeFile("abc", "abc"));
-    QCOMPARE(result.exitCode, 0);
-    QVERIFY(result.errors.endsWith("abc' has 3 bytes, 4 bytes would be whole rows of 2 bytes each\n"));
-    result = run("sprite encode %1coin-0.png %1sunset.png", examplePath(""));
-    QCOMPARE(result.exitCode, 0);
-    QVERIFY(result.errors.endsWith("sunset.png' has 256 x 192 pixels, the first frame 16 x 16\n"));
-}
-
-void tst_Graphics::failures()
-{
-    const struct
+private Q_SLOTS:
+    // Each conversion by name and through the standard streams.
+    void image()
     {
-        const char *line;
-        QByteArray input;
-        int exitCode;
-        const char *text;
-    } rows[] = {
-        {"image encode", "text", 1, "Couldn't read a picture from standard input: Unsupported image format"},
-        {"image encode", hugePng(), 1, "60000 x 60000 pixels, which is too large!"},
-        {"image encode none.png", "", 1, "Couldn't read 'none.png': No such file"},
-        {"image decode --width 2", "", 1, "There are no bytes in standard input!"},
-        {"image decode --width 1", QByteArray(1100000, 'x'), 1, "Couldn't make a PNG of 1 x 1100000 pixels"},
-        {"image decode", "x", 2, "--width is required"},
-        {"image decode --width 65536", "x", 2, "'65536' is not a number from 1 to 65535"},
-        {"sprite encode", "", 2, "INPUT is required"},
-        {"sprite encode - --transparent pinkish", "", 2, "'pinkish' is not a colour"},
-        {"sprite decode --width 1 --height 1", "xx", 2, "--output is required"},
-        {"sprite preview --width 1 --height 1", "x", 1, "There is no frame in standard input!"},
-    };
-    for (const auto &row : rows) {
-        const HostResult result = run(row.line, {}, row.input);
-        QVERIFY2(result.exitCode == row.exitCode && result.errors.contains(row.text), row.line);
-        QCOMPARE(result.output, QByteArray());
-    }
-}
+        const QString picture = path("odd.bmp");
+        const QImage source = QImage(examplePath("sunset.png")).copy(90, 90, 33, 20);
+        QVERIFY(source.save(picture));
+        const QImage preview = TVC::QImageToTVC16ColoredQImage(source);
+        const QByteArray stream = TVC::QImageToTVC16Bin(source);
 
-void tst_Graphics::outputIsWholeOrNotAtAll()
-{
-    const QString kept = writeFile("kept", "old");
-    QCOMPARE(run("image encode -o %1", kept, "text").exitCode, 1);
-    for (const QString &out : {_dir.path(), path("none/out")}) {
-        const HostResult result = run("image decode --width 2 -o %1", out, "ab");
+        QCOMPARE(run("image encode %1/odd.bmp -o %1/out", _dir.path()).exitCode, 0);
+        QCOMPARE(readFile(path("out")), stream);
+        QCOMPARE(run("image encode", {}, readFile(picture)).output, stream);
+        QCOMPARE(QImage::fromData(run("image decode - --width 33", {}, stream).output, "png"), preview);
+        const HostResult result = run("image preview %1 --scale 3", picture);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(run("image preview - --scale $3", {}, readFile(picture)).output, result.output);
+        const QImage large = QImage::fromData(result.output, "png");
+        QCOMPARE(large.size(), source.size() * 3);
+        for (int i = 0; i < large.width() * large.height(); ++i) {
+            const QPoint place(i % large.width(), i / large.width());
+            QVERIFY(large.pixel(place) == preview.pixel(place.x() / 3, place.y() / 3));
+        }
+    }
+
+    void sprite()
+    {
+        QList<QImage> images;
+        for (const char *name : {"coin-0.png", "coin-1.png"})
+            images += QImage(examplePath(name));
+        const QByteArray sprite = TVC::QImagesToTVC16Sprite(images, QColor(255, 0, 255));
+        QCOMPARE(run("sprite encode %1coin-0.png %1coin-1.png", examplePath("")).output, sprite);
+
+        // The frames come back with their transparent pixels, so that they make the same sprite again.
+        HostResult result = run("sprite decode --width 16 --height 0x10 -o %1", path("coin"), sprite);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(QDir(path("coin")).entryList(QDir::Files | QDir::Hidden).size(), 2);
+        const QImage frame(path("coin/frame-000.png"));
+        QCOMPARE(frame.pixel(0, 0), 0x00FFFFFFU);
+        QCOMPARE(frame.pixel(8, 1), 0xFF929200U);
+        result = run("sprite encode --transparent #010203 - %1/frame-001.png", path("coin"),
+                     readFile(path("coin/frame-000.png")));
+        QCOMPARE(result.output, sprite);
+
+        result = run("sprite preview --width 16 --height 16", {}, sprite);
+        const QImage sheet = QImage::fromData(result.output, "png");
+        QCOMPARE(sheet.size(), QSize(32, 16));
+        QCOMPARE(sheet.pixel(8, 1), 0xFF929200U);
+        QCOMPARE(sheet.pixel(16, 0), sheet.pixel(0, 0));
+        QVERIFY(sheet.pixel(2, 0) != sheet.pixel(0, 0));
+    }
+
+    void cutStreams()
+    {
+        // One frame of 3 x 2 pixels, one row of a second, and of a third not even that.
+        const QByteArray cut = QByteArray::fromHex("88aa00025555ff55ffff0000");
+        HostResult result = run("sprite decode --width 3 --height 2 -o %1", path("cut"), cut);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.errors,
+                 QByteArray("zr8bit: warning: standard input has 12 bytes, 16 bytes would be whole "
+                            "frames of 8 bytes each\n"));
+        QCOMPARE(QImage(path("cut/frame-001.png")).size(), QSize(3, 1));
+        result = run("sprite preview --width 3 --height 2", {}, cut.first(8) + '\0');
+        QCOMPARE(QImage::fromData(result.output).size(), QSize(6, 2));
+
+        writeFile(path("abc"), "abc");
+        result = run("image decode --width 3 %1", path("abc"));
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY(result.errors.endsWith("abc' has 3 bytes, 4 bytes would be whole rows of 2 bytes each\n"));
+        result = run("sprite encode %1coin-0.png %1sunset.png", examplePath(""));
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY(result.errors.endsWith("sunset.png' has 256 x 192 pixels, the first frame 16 x 16\n"));
+    }
+
+    void failures()
+    {
+        const struct
+        {
+            const char *line;
+            QByteArray input;
+            int exitCode;
+            const char *text;
+        } rows[] = {
+            {"image encode", "text", 1,
+             "Couldn't read a picture from standard input: Unsupported image format"},
+            {"image encode", hugePng(), 1, "60000 x 60000 pixels, which is too large!"},
+            {"image encode none.png", "", 1, "Couldn't read 'none.png': No such file"},
+            {"image decode --width 2", "", 1, "There are no bytes in standard input!"},
+            {"image decode --width 1", QByteArray(1100000, 'x'), 1,
+             "Couldn't make a PNG of 1 x 1100000 pixels"},
+            {"image decode", "x", 2, "--width is required"},
+            {"image decode --width 65536", "x", 2, "'65536' is not a number from 1 to 65535"},
+            {"sprite encode", "", 2, "INPUT is required"},
+            {"sprite encode - --transparent pinkish", "", 2, "'pinkish' is not a colour"},
+            {"sprite decode --width 1 --height 1", "xx", 2, "--output is required"},
+            {"sprite preview --width 1 --height 1", "x", 1, "There is no frame in standard input!"},
+        };
+        for (const auto &row : rows) {
+            const HostResult result = run(row.line, {}, row.input);
+            QVERIFY2(result.exitCode == row.exitCode && result.errors.contains(row.text), row.line);
+            QCOMPARE(result.output, QByteArray());
+        }
+    }
+
+    void outputIsWholeOrNotAtAll()
+    {
+        const QString kept = path("kept");
+        writeFile(kept, "old");
+        QCOMPARE(run("image encode -o %1", kept, "text").exitCode, 1);
+        for (const QString &out : {_dir.path(), path("none/out")}) {
+            const HostResult result = run("image decode --width 2 -o %1", out, "ab");
+            QCOMPARE(result.exitCode, 1);
+            QVERIFY2(result.errors.startsWith("zr8bit: Couldn't write '" + out.toLocal8Bit()), result.errors);
+        }
+        QVERIFY(run("sprite decode --width 1 --height 1 -o %1", kept, "ab")
+                    .errors.contains("The folder cannot be made"));
+        QCOMPARE(readFile(kept), QByteArray("old"));
+
+        // A folder where the second frame should go.
+        QVERIFY(QDir(_dir.path()).mkpath(u"taken/frame-001.png"_s));
+        writeFile(path("taken/frame-000.png"), "old");
+        const HostResult result = run("sprite decode --width 1 --height 1 -o %1", path("taken"), "abcd");
         QCOMPARE(result.exitCode, 1);
-        QVERIFY2(result.errors.startsWith("zr8bit: Couldn't write '" + out.toLocal8Bit()), result.errors);
+        QVERIFY2(result.errors.contains("frame-001.png': It is a folder"), result.errors);
+        QCOMPARE(readFile(path("taken/frame-000.png")), QByteArray("old"));
     }
-    QVERIFY(run("sprite decode --width 1 --height 1 -o %1", kept, "ab")
-                .errors.contains("The folder cannot be made"));
-    QCOMPARE(readFile(kept), QByteArray("old"));
 
-    // A folder where the second frame should go.
-    QVERIFY(QDir(_dir.path()).mkpath(QStringLiteral("taken/frame-001.png")));
-    writeFile("taken/frame-000.png", "old");
-    const HostResult result = run("sprite decode --width 1 --height 1 -o %1", path("taken"), "abcd");
-    QCOMPARE(result.exitCode, 1);
-    QVERIFY2(result.errors.contains("frame-001.png': It is a folder"), result.errors);
-    QCOMPARE(readFile(path("taken/frame-000.png")), QByteArray("old"));
-}
+private:
+    QString path(const char *name) { return _dir.filePath(QString::fromLatin1(name)); }
+    QTemporaryDir _dir;
+};
 
 QTEST_GUILESS_MAIN(tst_Graphics)
 #include "tst_graphics.moc"

@@ -9,24 +9,8 @@
 #include <atomic>
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace ZR;
-
-class tst_TVC : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase();
-    void characterSet();
-    void writeListing();
-    void readListing();
-    void sound();
-    void soundInverse();
-    void threads();
-
-private:
-    QByteArray _allBytes;
-};
 
 namespace {
 
@@ -53,190 +37,201 @@ void keepMessage(QtMsgType type, const QMessageLogContext &context, const QStrin
 
 } // namespace
 
-void tst_TVC::initTestCase()
+class tst_TVC : public QObject
 {
-    for (int byte = 0; byte < 0x100; ++byte)
-        _allBytes += static_cast<char>(byte);
-}
+    Q_OBJECT
 
-void tst_TVC::characterSet()
-{
-    QString units;
-    for (int unit = 0; unit < 0x10000; ++unit)
-        units += QChar(unit);
-    QString decoded(0x100, u' ');
-    QByteArray encoded(0x10000, ' ');
-    for (int ascii = 0x20; ascii < 0x7F; ++ascii) {
-        decoded[ascii] = QChar(ascii);
-        encoded[ascii] = static_cast<char>(ascii);
+private Q_SLOTS:
+    void initTestCase()
+    {
+        for (int byte = 0; byte < 0x100; ++byte)
+            _allBytes += static_cast<char>(byte);
     }
-    int code = 0x7F;
-    for (const QByteArray &row : QByteArray(codeTable).split('|')) {
-        const QByteArrayList numbers = row.split(' ');
-        decoded[code] = QChar(numbers.first().toInt(nullptr, 16));
-        for (const QByteArray &number : numbers)
-            encoded[number.toInt(nullptr, 16)] = static_cast<char>(code);
-        ++code;
-    }
-    QCOMPARE(code, 0xA0);
-    QCOMPARE(ZR8BitTVC::QStringToTVCStr(units), encoded);
-    QCOMPARE(ZR8BitTVC::TVCStrToQString(_allBytes), decoded);
-    QVERIFY(ZR8BitTVC::QStringToTVCStr(QString()).isEmpty());
-    QVERIFY(ZR8BitTVC::TVCStrToQString(QByteArray()).isEmpty());
-}
 
-void tst_TVC::writeListing()
-{
-    const QByteArray data = QByteArray::fromHex("000a63ffc8");
-    QCOMPARE(ZR8BitTVC::BinToDB(data, false, false, 3), QStringLiteral("DB 0,10,99\rDB 255,200"));
-    QCOMPARE(ZR8BitTVC::BinToDB(data, false, true, 5), QStringLiteral("DB 000,010,099,255,200"));
-    QCOMPARE(ZR8BitTVC::BinToDB(data, true, false, -2), QStringLiteral("DB $0,$A,$63,$FF,$C8"));
-    QCOMPARE(ZR8BitTVC::BinToDB(data, true, true, 2), QStringLiteral("DB $00,$0A\rDB $63,$FF\rDB $C8"));
-    for (const int perLine : {0, 1, 7, 16, 255, 256, 257}) {
-        for (const int form : {0, 1, 2, 3}) {
-            QCOMPARE(ZR8BitTVC::BinToDB(QByteArray(), form & 1, form & 2, perLine), QString());
-            QByteArray back("kept");
-            QVERIFY(ZR8BitTVC::DBToBin(ZR8BitTVC::BinToDB(_allBytes, form & 1, form & 2, perLine), back));
-            QCOMPARE(back, "kept" + _allBytes);
+    void characterSet()
+    {
+        QString units;
+        for (int unit = 0; unit < 0x10000; ++unit)
+            units += QChar(unit);
+        QString decoded(0x100, u' ');
+        QByteArray encoded(0x10000, ' ');
+        for (int ascii = 0x20; ascii < 0x7F; ++ascii) {
+            decoded[ascii] = QChar(ascii);
+            encoded[ascii] = static_cast<char>(ascii);
+        }
+        int code = 0x7F;
+        for (const QByteArray &row : QByteArray(codeTable).split('|')) {
+            const QByteArrayList numbers = row.split(' ');
+            decoded[code] = QChar(numbers.first().toInt(nullptr, 16));
+            for (const QByteArray &number : numbers)
+                encoded[number.toInt(nullptr, 16)] = static_cast<char>(code);
+            ++code;
+        }
+        QCOMPARE(code, 0xA0);
+        QCOMPARE(ZR8BitTVC::QStringToTVCStr(units), encoded);
+        QCOMPARE(ZR8BitTVC::TVCStrToQString(_allBytes), decoded);
+        QVERIFY(ZR8BitTVC::QStringToTVCStr(QString()).isEmpty());
+        QVERIFY(ZR8BitTVC::TVCStrToQString(QByteArray()).isEmpty());
+    }
+
+    void writeListing()
+    {
+        const QByteArray data = QByteArray::fromHex("000a63ffc8");
+        QCOMPARE(ZR8BitTVC::BinToDB(data, false, false, 3), u"DB 0,10,99\rDB 255,200"_s);
+        QCOMPARE(ZR8BitTVC::BinToDB(data, false, true, 5), u"DB 000,010,099,255,200"_s);
+        QCOMPARE(ZR8BitTVC::BinToDB(data, true, false, -2), u"DB $0,$A,$63,$FF,$C8"_s);
+        QCOMPARE(ZR8BitTVC::BinToDB(data, true, true, 2), u"DB $00,$0A\rDB $63,$FF\rDB $C8"_s);
+        for (const int perLine : {0, 1, 7, 16, 255, 256, 257}) {
+            for (const int form : {0, 1, 2, 3}) {
+                QCOMPARE(ZR8BitTVC::BinToDB(QByteArray(), form & 1, form & 2, perLine), QString());
+                QByteArray back("kept");
+                QVERIFY(ZR8BitTVC::DBToBin(ZR8BitTVC::BinToDB(_allBytes, form & 1, form & 2, perLine), back));
+                QCOMPARE(back, "kept" + _allBytes);
+            }
         }
     }
-}
 
-void tst_TVC::readListing()
-{
-    const struct
+    void readListing()
     {
-        const char *listing;
-        const char *bytes; // in hexadecimal, "!" behind them when the listing is bad
-    } rows[] = {
-        {"RET", ""},
-        {"start DB 10, $1F,$C0 ; first\rdb 300,-1,\r; end", "0a1fc02cff"},
-        {"dB\u00a01\u00a0,\n\u20032\u2003Db$100,", "010200"},
-        {"DB ; nothing\rDB 1 ; one\rDB", "01"},
-        {"$DB 1 DB $db,$DB;$DB", "dbdb"}, // a value, not a keyword
-        {"DB $0x1F,+7, $ 5,0000000258", "1f070502"},
-        {"DB 1,x,2", "01!"},
-        {"DB 1,,2", "01!"},
-        {"DB $", "!"},
-        {"DB 1 ; a,b", "!"},
-        {"DB 1 ; db x", "01!"},
-        {"DB 1\rRET", "!"},
-        {"DB 5,$ DB 1", "05!"},
-        {"DB 2147483648", "!"},
-        {"DB 1/", "!"},
-        {"DB \u0661", "!"},
-    };
-    for (const auto &row : rows) {
-        QByteArray bytes;
-        const bool isGood = ZR8BitTVC::DBToBin(QString::fromUtf8(row.listing), bytes);
-        QCOMPARE(row.listing + bytes.toHex() + (isGood ? "" : "!"), row.listing + QByteArray(row.bytes));
+        const struct
+        {
+            const char *listing;
+            const char *bytes; // in hexadecimal, "!" behind them when the listing is bad
+        } rows[] = {
+            {"RET", ""},
+            {"start DB 10, $1F,$C0 ; first\rdb 300,-1,\r; end", "0a1fc02cff"},
+            {"dB\u00a01\u00a0,\n\u20032\u2003Db$100,", "010200"},
+            {"DB ; nothing\rDB 1 ; one\rDB", "01"},
+            {"$DB 1 DB $db,$DB;$DB", "dbdb"}, // a value, not a keyword
+            {"DB $0x1F,+7, $ 5,0000000258", "1f070502"},
+            {"DB 1,x,2", "01!"},
+            {"DB 1,,2", "01!"},
+            {"DB $", "!"},
+            {"DB 1 ; a,b", "!"},
+            {"DB 1 ; db x", "01!"},
+            {"DB 1\rRET", "!"},
+            {"DB 5,$ DB 1", "05!"},
+            {"DB 2147483648", "!"},
+            {"DB 1/", "!"},
+            {"DB \u0661", "!"},
+        };
+        for (const auto &row : rows) {
+            QByteArray bytes;
+            const bool isGood = ZR8BitTVC::DBToBin(QString::fromUtf8(row.listing), bytes);
+            QCOMPARE(row.listing + bytes.toHex() + (isGood ? "" : "!"), row.listing + QByteArray(row.bytes));
+        }
     }
-}
 
-void tst_TVC::sound()
-{
-    const bool isText = true; // the side that the input is on
-    const bool isBin = false;
-    const struct
+    void sound()
     {
-        bool side;
-        const char *input; // bytes in hexadecimal; so is the output
-        const char *format;
-        const char *output;
-        const char *messages = "";
-        const char *separator = ",";
-    } rows[] = {
-        {isText, "15,1000,20,0,4095,255,240", "VPD", "0f03e814000ffffff0"},
-        {isBin, "0f03e814000ffffff0", "VPD", "15,1000,020,00,4095,255,240"},
-        {isText, ",,15 , 1000,,\u00a0+20\u00a0", "vpd", "0f03e814f0"},
-        {isText, ",,", "v", "f0"},
-        {isBin, "", "v", "240"},
-        {isText, " 240 ", "", "f0"},
-        {isBin, "f0", "", "240"},
-        {isText, "1", "", "", EmptyFormat},
-        {isBin, "01", "", "", EmptyFormat},
-        {isText, "", "VX%1", "", FormatFailure},
-        {isBin, "", "VX%1", "", FormatFailure},
-        {isText, "240,240", "d", "f0f0"},
-        {isBin, "f0f0", "d", "240,240"},
-        {isBin, "03f0", "p", "1008,240"}, // the last byte starts no field
-        {isText, "123", "v", "010203f0", "", ""},
-        {isText, "65551,65537,65536", "vpd", "0f000100f0"}, // only the low 16 bits count
-        {isText, "-1,0,256,1,4096,1", "vpd", "0f0fffff010fff01f0",
-         "W @Invalid volume value: 65535 on index: 0! Volume value must be 0-15.\n"
-         "W @Invalid pitch value: 0 on index: 1! Pitch value must be 1-4095.\n"
-         "W @Invalid duration value: 256 on index: 2! Duration value must be 0-255.\n"
-         "W @Invalid pitch value: 4096 on index: 4! Pitch value must be 1-4095.\n"},
-        {isText, "1,240", "vD", "",
-         "C @Sound length: 1 and format: 'vd'does not match with seprator: ','!\n"},
-        {isText, "1,2, ,x", "v", "0102", "C @Invalid data: ' ' on index: 2!\n"},
-        {isText, "1,%2", "v", "", "C @Invalid data: '1,%2' on index: 0!\n", ", "},
-        {isBin, "f010000000", "vp", "15,4095,00,",
-         "W @Invalid volume value: 240 on index: 0! Volume value must be 0-15.\n"
-         "W @Invalid pitch value: 4096 on index: 1! Pitch value must be 1-4095.\n"
-         "C @Invalid input data or format! There is not enough data for pitch on idnex: 4!\n"},
-        {isBin, "03e8f0", "pd", "1000,", "C @Invalid input data or format! Format index value is not 0.\n"},
-    };
-    for (const auto &row : rows) {
-        const QLatin1String format(row.format);
-        const QLatin1String separator(row.separator);
-        QString text = separator; // which may be the very string that is replaced
-        QByteArray bin("old");
-        logged.clear();
-        const QtMessageHandler before = qInstallMessageHandler(keepMessage);
-        const bool isGood =
-            row.side == isText
-                ? ZR8BitTVCSound::soundToBin(QString::fromUtf8(row.input), bin, format, separator)
-                : ZR8BitTVCSound::binToSound(QByteArray::fromHex(row.input), text, format, text);
-        qInstallMessageHandler(before);
-        logged.replace(row.side == isText ? QStringLiteral("ZR8BitTVCSound::soundToBin(): ")
-                                          : QStringLiteral("ZR8BitTVCSound::binToSound(): "),
-                       QStringLiteral("@"));
-        QCOMPARE(logged, QLatin1String(row.messages));
-        QCOMPARE(isGood, !logged.contains(QLatin1String("C @")));
-        QCOMPARE(row.side == isText ? QLatin1String(bin.toHex()) : text, QLatin1String(row.output));
+        const bool isText = true; // the side that the input is on
+        const bool isBin = false;
+        const struct
+        {
+            bool side;
+            const char *input; // bytes in hexadecimal; so is the output
+            const char *format;
+            const char *output;
+            const char *messages = "";
+            const char *separator = ",";
+        } rows[] = {
+            {isText, "15,1000,20,0,4095,255,240", "VPD", "0f03e814000ffffff0"},
+            {isBin, "0f03e814000ffffff0", "VPD", "15,1000,020,00,4095,255,240"},
+            {isText, ",,15 , 1000,,\u00a0+20\u00a0", "vpd", "0f03e814f0"},
+            {isText, ",,", "v", "f0"},
+            {isBin, "", "v", "240"},
+            {isText, " 240 ", "", "f0"},
+            {isBin, "f0", "", "240"},
+            {isText, "1", "", "", EmptyFormat},
+            {isBin, "01", "", "", EmptyFormat},
+            {isText, "", "VX%1", "", FormatFailure},
+            {isBin, "", "VX%1", "", FormatFailure},
+            {isText, "240,240", "d", "f0f0"},
+            {isBin, "f0f0", "d", "240,240"},
+            {isBin, "03f0", "p", "1008,240"}, // the last byte starts no field
+            {isText, "123", "v", "010203f0", "", ""},
+            {isText, "65551,65537,65536", "vpd", "0f000100f0"}, // only the low 16 bits count
+            {isText, "-1,0,256,1,4096,1", "vpd", "0f0fffff010fff01f0",
+             "W @Invalid volume value: 65535 on index: 0! Volume value must be 0-15.\n"
+             "W @Invalid pitch value: 0 on index: 1! Pitch value must be 1-4095.\n"
+             "W @Invalid duration value: 256 on index: 2! Duration value must be 0-255.\n"
+             "W @Invalid pitch value: 4096 on index: 4! Pitch value must be 1-4095.\n"},
+            {isText, "1,240", "vD", "",
+             "C @Sound length: 1 and format: 'vd'does not match with seprator: ','!\n"},
+            {isText, "1,2, ,x", "v", "0102", "C @Invalid data: ' ' on index: 2!\n"},
+            {isText, "1,%2", "v", "", "C @Invalid data: '1,%2' on index: 0!\n", ", "},
+            {isBin, "f010000000", "vp", "15,4095,00,",
+             "W @Invalid volume value: 240 on index: 0! Volume value must be 0-15.\n"
+             "W @Invalid pitch value: 4096 on index: 1! Pitch value must be 1-4095.\n"
+             "C @Invalid input data or format! There is not enough data for pitch on idnex: 4!\n"},
+            {isBin, "03e8f0", "pd", "1000,",
+             "C @Invalid input data or format! Format index value is not 0.\n"},
+        };
+        for (const auto &row : rows) {
+            const QLatin1String format(row.format);
+            const QLatin1String separator(row.separator);
+            QString text = separator; // which may be the very string that is replaced
+            QByteArray bin("old");
+            logged.clear();
+            const QtMessageHandler before = qInstallMessageHandler(keepMessage);
+            const bool isGood =
+                row.side == isText
+                    ? ZR8BitTVCSound::soundToBin(QString::fromUtf8(row.input), bin, format, separator)
+                    : ZR8BitTVCSound::binToSound(QByteArray::fromHex(row.input), text, format, text);
+            qInstallMessageHandler(before);
+            logged.replace(row.side == isText ? u"ZR8BitTVCSound::soundToBin(): "_s
+                                              : u"ZR8BitTVCSound::binToSound(): "_s,
+                           u"@"_s);
+            QCOMPARE(logged, QLatin1String(row.messages));
+            QCOMPARE(isGood, !logged.contains(QLatin1String("C @")));
+            QCOMPARE(row.side == isText ? QLatin1String(bin.toHex()) : text, QLatin1String(row.output));
+        }
     }
-}
 
-void tst_TVC::soundInverse()
-{
-    QByteArray bin;
-    for (int pitch = 1; pitch < 0x1000; ++pitch)
-        for (const int byte : {pitch, pitch >> 8, pitch, pitch & 15})
-            bin += static_cast<char>(byte);
-    bin += '\xF0';
-    for (const QString &separator : {QStringLiteral(","), QStringLiteral(" %1 ")}) {
-        QString sound;
-        QByteArray back;
-        QVERIFY(ZR8BitTVCSound::binToSound(bin, sound, QStringLiteral("dpv"), separator));
-        QVERIFY(ZR8BitTVCSound::soundToBin(sound, back, QStringLiteral("dpv"), separator));
-        QCOMPARE(back, bin);
-    }
-}
-
-void tst_TVC::threads()
-{
-    std::atomic<int> good{0};
-    const auto work = [&] {
-        const QString format = QStringLiteral("d");
-        for (int i = 0; i < 50; ++i) {
-            const QString text = ZR8BitTVC::TVCStrToQString(_allBytes);
-            QByteArray listed;
-            QByteArray played;
+    void soundInverse()
+    {
+        QByteArray bin;
+        for (int pitch = 1; pitch < 0x1000; ++pitch)
+            for (const int byte : {pitch, pitch >> 8, pitch, pitch & 15})
+                bin += static_cast<char>(byte);
+        bin += '\xF0';
+        for (const QString &separator : {u","_s, u" %1 "_s}) {
             QString sound;
-            good += ZR8BitTVC::TVCStrToQString(ZR8BitTVC::QStringToTVCStr(text)) == text &&
-                    ZR8BitTVC::DBToBin(ZR8BitTVC::BinToDB(_allBytes, true, false, i), listed) &&
-                    listed == _allBytes && ZR8BitTVCSound::binToSound(_allBytes, sound, format, format) &&
-                    ZR8BitTVCSound::soundToBin(sound, played, format, format) && played == _allBytes + '\xF0';
+            QByteArray back;
+            QVERIFY(ZR8BitTVCSound::binToSound(bin, sound, u"dpv"_s, separator));
+            QVERIFY(ZR8BitTVCSound::soundToBin(sound, back, u"dpv"_s, separator));
+            QCOMPARE(back, bin);
         }
-    };
-    std::vector<std::thread> workers;
-    for (int i = 0; i < 4; ++i)
-        workers.emplace_back(work);
-    for (std::thread &worker : workers)
-        worker.join();
-    QCOMPARE(good.load(), 4 * 50);
-}
+    }
+
+    void threads()
+    {
+        std::atomic<int> good{0};
+        const auto work = [&] {
+            const QString format = u"d"_s;
+            for (int i = 0; i < 50; ++i) {
+                const QString text = ZR8BitTVC::TVCStrToQString(_allBytes);
+                QByteArray listed;
+                QByteArray played;
+                QString sound;
+                good += ZR8BitTVC::TVCStrToQString(ZR8BitTVC::QStringToTVCStr(text)) == text &&
+                        ZR8BitTVC::DBToBin(ZR8BitTVC::BinToDB(_allBytes, true, false, i), listed) &&
+                        listed == _allBytes && ZR8BitTVCSound::binToSound(_allBytes, sound, format, format) &&
+                        ZR8BitTVCSound::soundToBin(sound, played, format, format) &&
+                        played == _allBytes + '\xF0';
+            }
+        };
+        std::vector<std::thread> workers;
+        for (int i = 0; i < 4; ++i)
+            workers.emplace_back(work);
+        for (std::thread &worker : workers)
+            worker.join();
+        QCOMPARE(good.load(), 4 * 50);
+    }
+
+private:
+    QByteArray _allBytes;
+};
 
 QTEST_GUILESS_MAIN(tst_TVC)
 #include "tst_tvc.moc"

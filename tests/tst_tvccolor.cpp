@@ -61,111 +61,108 @@ class tst_TVCColor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void allCodes();
-    void allPixelBytes();
-    void lists();
-    void closestColor();
-    void allColors();
-};
-
-void tst_TVCColor::allCodes()
-{
-    for (int i = 0; i < 256; ++i) {
-        const auto byte = static_cast<unsigned char>(i);
-        const auto color = std::find(std::begin(colors), std::end(colors), byte) - std::begin(colors);
-        const auto entry = std::find(std::begin(palette), std::end(palette), byte) - std::begin(palette);
-        QCOMPARE(TVC::QColorFromUChar(byte), named(color));
-        QCOMPARE(TVC::TVC16ColorToRGBString(TVC::TVC16ColorFromUChar(byte)),
-                 names.value(color, names.first()));
-        QCOMPARE(TVC::TVC16PaletteToQColor(static_cast<ZRTVC16Palette>(byte)), named(entry));
-    }
-    for (int i = 0; i < distinctCount; ++i) {
-        QCOMPARE(TVC::QColorToUChar(named(i)), TVC::TVC16ColorToUChar(colors[i]));
-        QCOMPARE(TVC::QColorToTVC16Palette(named(i)), palette[i]);
-    }
-}
-
-void tst_TVCColor::allPixelBytes()
-{
-    for (int i = 0; i < 256; ++i) {
-        const int first = i / 16;
-        const int second = i % 16;
-        const ZRTVC16Pixel pixel = TVC::TVC16PixelFromTVC16Colors(colors[first], colors[second]);
-        QCOMPARE(int(pixel), int(colors[first]) | int(palette[second]));
-        QColor color1;
-        QColor color2(Qt::red);
-        TVC::TVC16PixelToQColors(pixel, color1, color2);
-        QCOMPARE(color1, named(first));
-        QCOMPARE(color2, named(second));
-        QCOMPARE(int(pixel), pixel.intensity1 << 7 | pixel.intensity2 << 6 | pixel.green1 << 5 |
-                                 pixel.green2 << 4 | pixel.red1 << 3 | pixel.red2 << 2 | pixel.blue1 << 1 |
-                                 pixel.blue2);
-    }
-    const auto notMasked = TVC::TVC16ColorFromUChar(0xFF);
-    QCOMPARE(int(TVC::TVC16PixelFromTVC16Colors(ZRTVC16ColorBlack, notMasked)), 0x7F);
-    QCOMPARE(int(TVC::TVC16PixelFromQColors(QColor(250, 10, 10), QColor(0, 0, 140))), 0x89);
-}
-
-void tst_TVCColor::lists()
-{
-    const auto namesOf = [](const QList<ZRColor> &list) {
-        QStringList found;
-        for (const ZRColor &color : list)
-            found += color.color().name(QColor::HexArgb).replace(QLatin1String("#ff"), QLatin1String("#"));
-        return found;
-    };
-    QCOMPARE(namesOf(TVC16ColorList), names.first(distinctCount));
-    QCOMPARE(namesOf(TVC16DarkColorList), names.first(8));
-    QCOMPARE(namesOf(TVC16BrightColorList), names.first(1) + names.sliced(8, 7));
-    // The chart as a whole, by the MD5 of its 99 times red, green and blue.
-    const QByteArray chart = QByteArray::fromHex(namesOf(TVC99ColorList).join(QString()).toLatin1());
-    QCOMPARE(chart.size(), 99 * 3);
-    QCOMPARE(QCryptographicHash::hash(chart, QCryptographicHash::Md5).toHex(),
-             QByteArray("6d51e5ade6bc1c5d600992505bd7b086"));
-}
-
-void tst_TVCColor::closestColor()
-{
-    QCOMPARE(TVC::closestColor(QColor(146, 0, 0, 254)), QColor(146, 0, 0));
-    QCOMPARE(TVC::closestColor(QColor()), QColor(0, 0, 0));
-    QCOMPARE(TVC::closestColor(QColor::fromHsv(120, 255, 255)), QColor(0, 255, 0));
-
-    const QList<ZRColor> list{QColor(10, 0, 0), ZRColor(QColor(12, 0, 0), {7}), QColor(20, 0, 0)};
-    ZRImageExt::ColorCache cache;
-    QCOMPARE(ZRImageExt::closestColor(QColor(11, 0, 0, 5), list, nullptr).color(), QColor(10, 0, 0));
-    QCOMPARE(ZRImageExt::closestColor(QColor(13, 2, 1), list, &cache).values(), QList<quint32>{7});
-    QCOMPARE(ZRImageExt::closestColor(QColor(13, 2, 1), {}, &cache).color(), QColor(12, 0, 0)); // remembered
-    QVERIFY(!ZRImageExt::closestColor(QColor(13, 2, 2), {}, &cache).color().isValid());
-}
-
-// The picture operations search in a way of their own, which has to find what a plain search finds, and
-// closestColor(). That one takes some 200 ns a colour, so only every fifth is asked for. Builds without
-// optimisation look at a part of all colours, as the whole would take minutes. The steps are odd, so that
-// every value of each component comes up.
-void tst_TVCColor::allColors()
-{
-#ifdef NDEBUG
-    const int step = 1;
-#else
-    const int step = 61;
-#endif
-    const int rowLength = 4096;
-    QImage image(rowLength, 1, QImage::Format_RGB32);
-    auto *pixels = reinterpret_cast<QRgb *>(image.scanLine(0));
-    for (int begin = 0; begin < 1 << 24; begin += rowLength * step) {
-        for (int i = 0; i < rowLength; ++i)
-            pixels[i] = 0xFF000000 | static_cast<QRgb>(begin + i * step);
-        const QByteArray stream = TVC::QImageToTVC16Bin(image);
-        const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-        for (int i = 0; i < rowLength; ++i) {
-            const int closest = search(pixels[i]);
-            const int code = stream.at(i / 2) * (i % 2 + 1) & 0xAA;
-            if (code != colors[closest] || preview.pixel(i, 0) != TVC16ColorList.at(closest).color().rgb() ||
-                (i % 5 == 0 && TVC::QColorToTVC16Color(QColor(pixels[i])) != colors[closest]))
-                QFAIL(qPrintable(QColor(pixels[i]).name()));
+    void allCodes()
+    {
+        for (int i = 0; i < 256; ++i) {
+            const auto byte = static_cast<unsigned char>(i);
+            const auto color = std::find(std::begin(colors), std::end(colors), byte) - std::begin(colors);
+            const auto entry = std::find(std::begin(palette), std::end(palette), byte) - std::begin(palette);
+            QCOMPARE(TVC::QColorFromUChar(byte), named(color));
+            QCOMPARE(TVC::TVC16ColorToRGBString(TVC::TVC16ColorFromUChar(byte)),
+                     names.value(color, names.first()));
+            QCOMPARE(TVC::TVC16PaletteToQColor(static_cast<ZRTVC16Palette>(byte)), named(entry));
+        }
+        for (int i = 0; i < distinctCount; ++i) {
+            QCOMPARE(TVC::QColorToUChar(named(i)), TVC::TVC16ColorToUChar(colors[i]));
+            QCOMPARE(TVC::QColorToTVC16Palette(named(i)), palette[i]);
         }
     }
-}
+
+    void allPixelBytes()
+    {
+        for (int i = 0; i < 256; ++i) {
+            const int first = i / 16;
+            const int second = i % 16;
+            const ZRTVC16Pixel pixel = TVC::TVC16PixelFromTVC16Colors(colors[first], colors[second]);
+            QCOMPARE(int(pixel), int(colors[first]) | int(palette[second]));
+            QColor color1;
+            QColor color2(Qt::red);
+            TVC::TVC16PixelToQColors(pixel, color1, color2);
+            QCOMPARE(color1, named(first));
+            QCOMPARE(color2, named(second));
+            QCOMPARE(int(pixel), pixel.intensity1 << 7 | pixel.intensity2 << 6 | pixel.green1 << 5 |
+                                     pixel.green2 << 4 | pixel.red1 << 3 | pixel.red2 << 2 |
+                                     pixel.blue1 << 1 | pixel.blue2);
+        }
+        const auto notMasked = TVC::TVC16ColorFromUChar(0xFF);
+        QCOMPARE(int(TVC::TVC16PixelFromTVC16Colors(ZRTVC16ColorBlack, notMasked)), 0x7F);
+        QCOMPARE(int(TVC::TVC16PixelFromQColors(QColor(250, 10, 10), QColor(0, 0, 140))), 0x89);
+    }
+
+    void lists()
+    {
+        const auto namesOf = [](const QList<ZRColor> &list) {
+            QStringList found;
+            for (const ZRColor &color : list)
+                found +=
+                    color.color().name(QColor::HexArgb).replace(QLatin1String("#ff"), QLatin1String("#"));
+            return found;
+        };
+        QCOMPARE(namesOf(TVC16ColorList), names.first(distinctCount));
+        QCOMPARE(namesOf(TVC16DarkColorList), names.first(8));
+        QCOMPARE(namesOf(TVC16BrightColorList), names.first(1) + names.sliced(8, 7));
+        // The chart as a whole, by the MD5 of its 99 times red, green and blue.
+        const QByteArray chart = QByteArray::fromHex(namesOf(TVC99ColorList).join(QString()).toLatin1());
+        QCOMPARE(chart.size(), 99 * 3);
+        QCOMPARE(QCryptographicHash::hash(chart, QCryptographicHash::Md5).toHex(),
+                 QByteArray("6d51e5ade6bc1c5d600992505bd7b086"));
+    }
+
+    void closestColor()
+    {
+        QCOMPARE(TVC::closestColor(QColor(146, 0, 0, 254)), QColor(146, 0, 0));
+        QCOMPARE(TVC::closestColor(QColor()), QColor(0, 0, 0));
+        QCOMPARE(TVC::closestColor(QColor::fromHsv(120, 255, 255)), QColor(0, 255, 0));
+
+        const QList<ZRColor> list{QColor(10, 0, 0), ZRColor(QColor(12, 0, 0), {7}), QColor(20, 0, 0)};
+        ZRImageExt::ColorCache cache;
+        QCOMPARE(ZRImageExt::closestColor(QColor(11, 0, 0, 5), list, nullptr).color(), QColor(10, 0, 0));
+        QCOMPARE(ZRImageExt::closestColor(QColor(13, 2, 1), list, &cache).values(), QList<quint32>{7});
+        QCOMPARE(ZRImageExt::closestColor(QColor(13, 2, 1), {}, &cache).color(),
+                 QColor(12, 0, 0)); // remembered
+        QVERIFY(!ZRImageExt::closestColor(QColor(13, 2, 2), {}, &cache).color().isValid());
+    }
+
+    // The picture operations search in a way of their own, which has to find what a plain search finds, and
+    // closestColor(). That one takes some 200 ns a colour, so only every fifth is asked for. Builds without
+    // optimisation look at a part of all colours, as the whole would take minutes. The steps are odd, so that
+    // every value of each component comes up.
+    void allColors()
+    {
+#ifdef NDEBUG
+        const int step = 1;
+#else
+        const int step = 61;
+#endif
+        const int rowLength = 4096;
+        QImage image(rowLength, 1, QImage::Format_RGB32);
+        auto *pixels = reinterpret_cast<QRgb *>(image.scanLine(0));
+        for (int begin = 0; begin < 1 << 24; begin += rowLength * step) {
+            for (int i = 0; i < rowLength; ++i)
+                pixels[i] = 0xFF000000 | static_cast<QRgb>(begin + i * step);
+            const QByteArray stream = TVC::QImageToTVC16Bin(image);
+            const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
+            for (int i = 0; i < rowLength; ++i) {
+                const int closest = search(pixels[i]);
+                const int code = stream.at(i / 2) * (i % 2 + 1) & 0xAA;
+                if (code != colors[closest] ||
+                    preview.pixel(i, 0) != TVC16ColorList.at(closest).color().rgb() ||
+                    (i % 5 == 0 && TVC::QColorToTVC16Color(QColor(pixels[i])) != colors[closest]))
+                    QFAIL(qPrintable(QColor(pixels[i]).name()));
+            }
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_TVCColor)
 #include "tst_tvccolor.moc"

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
 using namespace ZR;
 using TVC = ZR8BitTVCColor16;
 
@@ -33,7 +34,7 @@ QString text(const QList<QImage> &images)
 {
     QStringList words;
     for (const QImage &image : images) {
-        words += QStringLiteral("%1x%2").arg(image.width()).arg(image.height());
+        words += u"%1x%2"_s.arg(image.width()).arg(image.height());
         for (int i = 0; i < image.width() * image.height(); ++i) {
             const QString name = image.pixelColor(i % image.width(), i / image.width()).name();
             words += QString(name.at(1)) + name.at(3) + name.at(5);
@@ -49,167 +50,163 @@ class tst_TVCImage : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readers();
-    void spriteFrame();
-    void laws();
-    void formats();
-    void foreignBuffer();
-    void threads();
-};
-
-void tst_TVCImage::readers()
-{
-    const int largest = std::numeric_limits<int>::max();
-    const struct
+    void readers()
     {
-        const char *stream;
-        int width;
-        int height; // of a sprite's frame; 0 for a picture
-        const char *expected;
-    } rows[] = {
-        {"89aa", 1, 0, "1x2 f00 fff"},
-        {"89550222", 3, 0, "3x2 f00 009 000 009 000 099"}, // 009: the level 0x92
-        {"00aa8055ff80", 4, 0, "4x3 000 000 fff 000 000 000 000 fff fff fff 000 000"},
-        {"ffffff", 4, 0, "4x2 fff fff fff fff fff fff 000 000"},
-        {"ff", 5, 0, "5x1 fff fff 000 000 000"},
-        {"", 4, 0, "0x0"},
-        {"ff", 0, 0, "0x0"},
-        {"ff", -1, 0, "0x0"},
-        {"ff", largest, 0, "0x0"},
-        {"ff", largest - 1, 0, "0x0"},
-        {"88aa00025555ff55", 3, 2, "3x2 f00 fff fff fff fff 009"},
-        {"ff0000aaff00", 2, 2, "2x2 fff fff fff 000 2x1 fff fff"},
-        {"ff00ff00ff00", 4, 2, "4x1 fff fff fff fff"}, // a plane of a row and a half
-        {"ff00", 6, 1 << 30, "6x1 fff fff 000 000 000 000"},
-        {"ff", 4, 2, "4x1 000 000 000 000"},
-        {"ff", largest, largest, "0x0"},
-        {"ff", 0, 2, ""},
-        {"ff", 2, -1, ""},
-        {"", 4, 2, ""},
-    };
-    for (const auto &row : rows) {
-        const QByteArray stream = QByteArray::fromHex(row.stream);
-        const QList<QImage> images = row.height == 0
-                                         ? QList<QImage>{TVC::QImageFromTVC16Bin(stream, row.width)}
-                                         : TVC::QImagesFromTVC16Sprite(stream, row.width, row.height);
-        QCOMPARE(text(images), QString::fromLatin1(row.expected));
-    }
-}
-
-void tst_TVCImage::spriteFrame()
-{
-    const struct
-    {
-        QList<QRgb> pixels;
-        QColor transparent;
-        const char *frame;
-    } rows[] = {
-        {{0xFFFF0000, Key, White, Key, Key, 0xFF000092}, QColor(Key), "88aa00025555ff55"},
-        {{White}, QColor(255, 0, 255, 0), "aa55"},
-        {{0xFFFE00FF, Key}, QColor(Key), "8a55"},
-        {{Black, 0xFF000001}, QColor(Qt::black), "00aa"},
-        {{0x7F00FF00, 0x8000FF00}, QColor(Key), "50aa"},
-        {{0, Key}, QColor(Key).toHsv(), "cf00"}, // no pixel equals a colour of another model,
-        {{Black, 0}, QColor(), "0000"},          // or an invalid one
-    };
-    for (const auto &row : rows) {
-        const int height = row.pixels.size() > 2 ? 2 : 1;
-        const QImage source(reinterpret_cast<const uchar *>(row.pixels.constData()),
-                            static_cast<int>(row.pixels.size()) / height, height, QImage::Format_ARGB32);
-        QCOMPARE(TVC::QImageToTVC16SpriteFrame(source, row.transparent).toHex(), QByteArray(row.frame));
-    }
-}
-
-void tst_TVCImage::laws()
-{
-    QRandomGenerator random(1);
-    for (int width = 0; width <= 9; ++width) {
-        const QImage image = randomImage(random, width, 5);
-        const QByteArray stream = TVC::QImageToTVC16Bin(image);
-        const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-        QCOMPARE(TVC::QImageFromTVC16Bin(stream, width), preview);
-        QCOMPARE(TVC::QImageToTVC16Bin(preview), stream);
-
-        QImage white = preview; // transparent pixels read as white
-        for (int i = 0; i < width * 5; ++i) {
-            if (image.pixel(i % width, i / width) == Key)
-                white.setPixel(i % width, i / width, White);
+        const int largest = std::numeric_limits<int>::max();
+        const struct
+        {
+            const char *stream;
+            int width;
+            int height; // of a sprite's frame; 0 for a picture
+            const char *expected;
+        } rows[] = {
+            {"89aa", 1, 0, "1x2 f00 fff"},
+            {"89550222", 3, 0, "3x2 f00 009 000 009 000 099"}, // 009: the level 0x92
+            {"00aa8055ff80", 4, 0, "4x3 000 000 fff 000 000 000 000 fff fff fff 000 000"},
+            {"ffffff", 4, 0, "4x2 fff fff fff fff fff fff 000 000"},
+            {"ff", 5, 0, "5x1 fff fff 000 000 000"},
+            {"", 4, 0, "0x0"},
+            {"ff", 0, 0, "0x0"},
+            {"ff", -1, 0, "0x0"},
+            {"ff", largest, 0, "0x0"},
+            {"ff", largest - 1, 0, "0x0"},
+            {"88aa00025555ff55", 3, 2, "3x2 f00 fff fff fff fff 009"},
+            {"ff0000aaff00", 2, 2, "2x2 fff fff fff 000 2x1 fff fff"},
+            {"ff00ff00ff00", 4, 2, "4x1 fff fff fff fff"}, // a plane of a row and a half
+            {"ff00", 6, 1 << 30, "6x1 fff fff 000 000 000 000"},
+            {"ff", 4, 2, "4x1 000 000 000 000"},
+            {"ff", largest, largest, "0x0"},
+            {"ff", 0, 2, ""},
+            {"ff", 2, -1, ""},
+            {"", 4, 2, ""},
+        };
+        for (const auto &row : rows) {
+            const QByteArray stream = QByteArray::fromHex(row.stream);
+            const QList<QImage> images = row.height == 0
+                                             ? QList<QImage>{TVC::QImageFromTVC16Bin(stream, row.width)}
+                                             : TVC::QImagesFromTVC16Sprite(stream, row.width, row.height);
+            QCOMPARE(text(images), QString::fromLatin1(row.expected));
         }
-        const QByteArray sprite = TVC::QImagesToTVC16Sprite({image, image}, QColor(Key));
-        QCOMPARE(TVC::QImagesFromTVC16Sprite(sprite, width, 5), QList<QImage>(width ? 2 : 0, white));
-        const QByteArray opaque = TVC::QImageToTVC16SpriteFrame(image, QColor(1, 2, 3));
-        const QByteArray mask = QByteArray(width / 2, '\0') + QByteArray(width % 2, '\x55');
-        QCOMPARE(opaque, stream + mask.repeated(image.height()));
-    }
-    QByteArray bytes;
-    QByteArray written; // black loses its intensity
-    for (int byte = 0; byte < 256; ++byte) {
-        bytes += static_cast<char>(byte);
-        written += static_cast<char>(byte & (byte & 0x2A ? 0xFF : 0x7F) & (byte & 0x15 ? 0xFF : 0xBF));
-    }
-    QCOMPARE(TVC::QImageToTVC16Bin(TVC::QImageFromTVC16Bin(bytes, 32)), written);
-}
-
-void tst_TVCImage::formats()
-{
-    QRandomGenerator random(2);
-    const QImage image = randomImage(random, 7, 4);
-    for (int i = QImage::Format_Mono; i < QImage::NImageFormats; ++i) {
-        const QImage converted = image.convertToFormat(static_cast<QImage::Format>(i));
-        QCOMPARE(TVC::QImageFromTVC16Bin(TVC::QImageToTVC16Bin(converted), 7),
-                 TVC::QImageToTVC16ColoredQImage(converted));
     }
 
-    // Alpha plays no part, wherever a format keeps the colour of a pixel that is all transparent.
-    QImage clear(1, 1, QImage::Format_ARGB32);
-    clear.fill(0x00FF0000);
-    QImage indexed(1, 1, QImage::Format_Indexed8);
-    indexed.setColorTable({0x00FF0000});
-    indexed.fill(0);
-    for (const QImage &red : {clear, clear.convertToFormat(QImage::Format_RGBA64), indexed})
-        QCOMPARE(TVC::QImageToTVC16Bin(red), QByteArray("\x88"));
-    QImage premultiplied(1, 1, QImage::Format_ARGB32_Premultiplied);
-    premultiplied.fill(0x80800000); // red by half
-    QCOMPARE(TVC::QImageToTVC16Bin(premultiplied), QByteArray("\x08"));
-    QCOMPARE(text({ZRImageExt::disableTransparency(premultiplied, QColor())}), QStringLiteral("1x1 f00"));
-}
-
-// A part of a larger picture, as hosts cut it out without copying: nothing beside it is read or written.
-void tst_TVCImage::foreignBuffer()
-{
-    QRandomGenerator random(3);
-    const QImage whole = randomImage(random, 16, 8);
-    const QImage copy = whole.copy(3, 2, 5, 4);
-    for (const QImage::Format format : {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB888}) {
-        QImage buffer = whole.convertToFormat(format);
-        const QImage before = buffer.copy();
-        const QImage part(buffer.scanLine(2) + 3 * buffer.depth() / 8, 5, 4, buffer.bytesPerLine(), format);
-        QCOMPARE(TVC::QImageToTVC16Bin(part), TVC::QImageToTVC16Bin(copy));
-        QCOMPARE(TVC::QImageToTVC16ColoredQImage(part), TVC::QImageToTVC16ColoredQImage(copy));
-        QCOMPARE(TVC::QImageToTVC16SpriteFrame(part, QColor(Key)),
-                 TVC::QImageToTVC16SpriteFrame(copy, QColor(Key)));
-        QCOMPARE(buffer, before);
+    void spriteFrame()
+    {
+        const struct
+        {
+            QList<QRgb> pixels;
+            QColor transparent;
+            const char *frame;
+        } rows[] = {
+            {{0xFFFF0000, Key, White, Key, Key, 0xFF000092}, QColor(Key), "88aa00025555ff55"},
+            {{White}, QColor(255, 0, 255, 0), "aa55"},
+            {{0xFFFE00FF, Key}, QColor(Key), "8a55"},
+            {{Black, 0xFF000001}, QColor(Qt::black), "00aa"},
+            {{0x7F00FF00, 0x8000FF00}, QColor(Key), "50aa"},
+            {{0, Key}, QColor(Key).toHsv(), "cf00"}, // no pixel equals a colour of another model,
+            {{Black, 0}, QColor(), "0000"},          // or an invalid one
+        };
+        for (const auto &row : rows) {
+            const int height = row.pixels.size() > 2 ? 2 : 1;
+            const QImage source(reinterpret_cast<const uchar *>(row.pixels.constData()),
+                                static_cast<int>(row.pixels.size()) / height, height, QImage::Format_ARGB32);
+            QCOMPARE(TVC::QImageToTVC16SpriteFrame(source, row.transparent).toHex(), QByteArray(row.frame));
+        }
     }
-}
 
-void tst_TVCImage::threads()
-{
-    QRandomGenerator random(5);
-    const QImage image = randomImage(random, 33, 40).convertToFormat(QImage::Format_ARGB32);
-    const auto convert = [&image] {
-        const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-        return TVC::QImageToTVC16SpriteFrame(image, preview.pixelColor(0, 0)) + TVC::QImageToTVC16Bin(image);
-    };
-    std::vector<QByteArray> results(4);
-    std::vector<std::thread> threads;
-    threads.reserve(results.size());
-    for (QByteArray &result : results)
-        threads.emplace_back([&convert, &result] { result = convert(); });
-    for (std::thread &thread : threads)
-        thread.join();
-    for (const QByteArray &result : results)
-        QCOMPARE(result, convert());
-}
+    void laws()
+    {
+        QRandomGenerator random(1);
+        for (int width = 0; width <= 9; ++width) {
+            const QImage image = randomImage(random, width, 5);
+            const QByteArray stream = TVC::QImageToTVC16Bin(image);
+            const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
+            QCOMPARE(TVC::QImageFromTVC16Bin(stream, width), preview);
+            QCOMPARE(TVC::QImageToTVC16Bin(preview), stream);
+
+            QImage white = preview; // transparent pixels read as white
+            for (int i = 0; i < width * 5; ++i) {
+                if (image.pixel(i % width, i / width) == Key)
+                    white.setPixel(i % width, i / width, White);
+            }
+            const QByteArray sprite = TVC::QImagesToTVC16Sprite({image, image}, QColor(Key));
+            QCOMPARE(TVC::QImagesFromTVC16Sprite(sprite, width, 5), QList<QImage>(width ? 2 : 0, white));
+            const QByteArray opaque = TVC::QImageToTVC16SpriteFrame(image, QColor(1, 2, 3));
+            const QByteArray mask = QByteArray(width / 2, '\0') + QByteArray(width % 2, '\x55');
+            QCOMPARE(opaque, stream + mask.repeated(image.height()));
+        }
+        QByteArray bytes;
+        QByteArray written; // black loses its intensity
+        for (int byte = 0; byte < 256; ++byte) {
+            bytes += static_cast<char>(byte);
+            written += static_cast<char>(byte & (byte & 0x2A ? 0xFF : 0x7F) & (byte & 0x15 ? 0xFF : 0xBF));
+        }
+        QCOMPARE(TVC::QImageToTVC16Bin(TVC::QImageFromTVC16Bin(bytes, 32)), written);
+    }
+
+    void formats()
+    {
+        QRandomGenerator random(2);
+        const QImage image = randomImage(random, 7, 4);
+        for (int i = QImage::Format_Mono; i < QImage::NImageFormats; ++i) {
+            const QImage converted = image.convertToFormat(static_cast<QImage::Format>(i));
+            QCOMPARE(TVC::QImageFromTVC16Bin(TVC::QImageToTVC16Bin(converted), 7),
+                     TVC::QImageToTVC16ColoredQImage(converted));
+        }
+
+        // Alpha plays no part, wherever a format keeps the colour of a pixel that is all transparent.
+        QImage clear(1, 1, QImage::Format_ARGB32);
+        clear.fill(0x00FF0000);
+        QImage indexed(1, 1, QImage::Format_Indexed8);
+        indexed.setColorTable({0x00FF0000});
+        indexed.fill(0);
+        for (const QImage &red : {clear, clear.convertToFormat(QImage::Format_RGBA64), indexed})
+            QCOMPARE(TVC::QImageToTVC16Bin(red), QByteArray("\x88"));
+        QImage premultiplied(1, 1, QImage::Format_ARGB32_Premultiplied);
+        premultiplied.fill(0x80800000); // red by half
+        QCOMPARE(TVC::QImageToTVC16Bin(premultiplied), QByteArray("\x08"));
+        QCOMPARE(text({ZRImageExt::disableTransparency(premultiplied, QColor())}), u"1x1 f00"_s);
+    }
+
+    // A part of a larger picture, as hosts cut it out without copying: nothing beside it is read or written.
+    void foreignBuffer()
+    {
+        QRandomGenerator random(3);
+        const QImage whole = randomImage(random, 16, 8);
+        const QImage copy = whole.copy(3, 2, 5, 4);
+        for (const QImage::Format format :
+             {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB888}) {
+            QImage buffer = whole.convertToFormat(format);
+            const QImage before = buffer.copy();
+            const QImage part(buffer.scanLine(2) + 3 * buffer.depth() / 8, 5, 4, buffer.bytesPerLine(),
+                              format);
+            QCOMPARE(TVC::QImageToTVC16Bin(part), TVC::QImageToTVC16Bin(copy));
+            QCOMPARE(TVC::QImageToTVC16ColoredQImage(part), TVC::QImageToTVC16ColoredQImage(copy));
+            QCOMPARE(TVC::QImageToTVC16SpriteFrame(part, QColor(Key)),
+                     TVC::QImageToTVC16SpriteFrame(copy, QColor(Key)));
+            QCOMPARE(buffer, before);
+        }
+    }
+
+    void threads()
+    {
+        QRandomGenerator random(5);
+        const QImage image = randomImage(random, 33, 40).convertToFormat(QImage::Format_ARGB32);
+        const auto convert = [&image] {
+            const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
+            return TVC::QImageToTVC16SpriteFrame(image, preview.pixelColor(0, 0)) +
+                   TVC::QImageToTVC16Bin(image);
+        };
+        std::vector<QByteArray> results(4);
+        std::vector<std::thread> threads;
+        threads.reserve(results.size());
+        for (QByteArray &result : results)
+            threads.emplace_back([&convert, &result] { result = convert(); });
+        for (std::thread &thread : threads)
+            thread.join();
+        for (const QByteArray &result : results)
+            QCOMPARE(result, convert());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_TVCImage)
 #include "tst_tvcimage.moc"
