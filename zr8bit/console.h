@@ -18,6 +18,7 @@ void printError(const QString &line);
 
 /// Sends what goes to Qt's message log to standard error, a line for each message.
 void showMessageLog();
+
 /// Writes a line to standard error that a person should know of, where the command goes on.
 void printWarning(const QString &text);
 

@@ -8,7 +8,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -17,8 +16,8 @@ namespace {
 
 struct EncodeOptions
 {
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
     bool hex = false;
     bool padded = false;
     std::optional<int> perLine;
@@ -27,8 +26,8 @@ struct EncodeOptions
 
 struct DecodeOptions
 {
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
 };
 
 void encode(const EncodeOptions &options)
@@ -45,20 +44,39 @@ void encode(const EncodeOptions &options)
     writeOutput(fromArgument(options.output), listing.toLatin1());
 }
 
-/// Names the line of a bad item: the last one of the fewest lines from the start that are refused.
+/// The index of the line that makes a listing bad: the last one of the fewest lines that are refused.
+qsizetype badLine(const QString &listing, const QList<QStringView> &lines)
+{
+    qsizetype first = 0; // what stands before it does not matter to what follows
+    qsizetype good = 0;
+    qsizetype bad = lines.size();
+    while (bad - good > 1) {
+        const qsizetype middle = good + (bad - good) / 2;
+        const qsizetype start = lines[first].begin() - listing.constBegin();
+        const qsizetype end = lines[middle - 1].end() - listing.constBegin();
+        QByteArray ignored;
+        if (!ZR8BitTVC::DBToBin(listing.sliced(start, end - start), ignored)) {
+            bad = middle;
+            continue;
+        }
+        good = middle;
+        if (lines[middle].trimmed().startsWith(QLatin1String("DB"), Qt::CaseInsensitive))
+            first = middle;
+    }
+    return bad - 1;
+}
+
 QString badLineText(const QString &path, const QString &listing)
 {
     constexpr qsizetype LongestShown = 40;
     const QList<QStringView> lines = QStringView(listing).split(u'\n');
-    const auto bad = std::partition_point(lines.begin(), lines.end(), [&listing](QStringView line) {
-        QByteArray ignored;
-        return ZR8BitTVC::DBToBin(listing.first(line.end() - listing.constBegin()), ignored);
-    });
-    QString shown = bad->trimmed().left(LongestShown).toString();
-    if (bad->trimmed().size() > LongestShown)
+    const qsizetype index = badLine(listing, lines);
+    const QStringView line = lines[index].trimmed();
+    QString shown = line.left(LongestShown).toString();
+    if (line.size() > LongestShown)
         shown += QStringLiteral("...");
     return QStringLiteral("%1, line %2: '%3' holds what is not a number!")
-        .arg(inputName(path), QString::number(bad - lines.begin() + 1), shown);
+        .arg(inputName(path), QString::number(index + 1), shown);
 }
 
 void decode(const DecodeOptions &options)

@@ -28,7 +28,7 @@ namespace {
 
 bool isStandardStream(const QString &path)
 {
-    return path.isEmpty() || path == QLatin1String("-");
+    return path == QLatin1String("-");
 }
 
 /// Makes a standard stream carry bytes as they are, and returns whether it is a terminal.
@@ -91,11 +91,15 @@ QString readUtf8(const QString &path)
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder(bytes);
-    const QByteArray back = text.toUtf8();
-    if (back != bytes) {
-        const auto good = std::mismatch(bytes.begin(), bytes.end(), back.begin(), back.end()).first;
+    if (!bytes.isValidUtf8()) {
+        const QByteArray back = text.toUtf8();
+        qsizetype valid =
+            std::mismatch(bytes.begin(), bytes.end(), back.begin(), back.end()).first - bytes.begin();
+        // What stands for a bad sequence may begin with the same bytes.
+        while (!bytes.first(valid).isValidUtf8())
+            --valid;
         throw Failure(QStringLiteral("%1 is not UTF-8 text from the byte at offset %2 on!")
-                          .arg(inputName(path), QString::number(good - bytes.begin())));
+                          .arg(inputName(path), QString::number(valid)));
     }
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);
@@ -122,6 +126,8 @@ void writeOutput(const QString &path, const QByteArray &data)
 
 void writeFolder(const QString &path, const QList<NamedData> &files)
 {
+    if (path.isEmpty())
+        failToWrite(path, QStringLiteral("A folder needs a name"));
     const QDir folder(path);
     for (const NamedData &file : files) {
         if (QFileInfo(folder.filePath(file.name)).isDir())

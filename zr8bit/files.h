@@ -4,7 +4,7 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
-// Input and output of the sub-commands that convert. An empty path and "-" mean standard input or output.
+// Input and output of the sub-commands that convert. "-" means standard input or output.
 
 /// All bytes of the input. Throws Failure when they cannot be read, and asks for the help text instead of
 /// waiting when standard input is a terminal.

@@ -16,8 +16,8 @@ namespace {
 
 struct Options
 {
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
     std::optional<int> width;
     std::optional<int> scale;
 };

@@ -8,6 +8,10 @@
 
 #include <new>
 
+#ifndef Q_OS_WIN
+#include <fcntl.h>
+#endif
+
 namespace {
 
 enum ExitCode
@@ -55,10 +59,24 @@ int runCommandLine(int argc, char *argv[])
     return CommandFailed;
 }
 
+/// Takes the places of standard streams that are closed, so that no file opened later gets their numbers and
+/// is read or written in their stead. Input and output fail there.
+void reserveStandardStreams()
+{
+#ifndef Q_OS_WIN
+    constexpr int Directions[] = {O_WRONLY, O_RDONLY, O_RDWR}; // of the streams 0, 1 and 2
+    for (int stream = 0; stream <= 2; ++stream) {
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", Directions[stream]); // gets the lowest free number
+    }
+#endif
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    reserveStandardStreams();
     const QCoreApplication application(argc, argv);
     showMessageLog();
     return runCommandLine(argc, argv);

@@ -6,20 +6,17 @@
 #include "options.h"
 
 #include <QtCore/QBuffer>
+#include <QtGui/QColorSpace>
 #include <QtGui/QImageReader>
 #include <QtGui/QImageWriter>
 
 #include <algorithm>
 #include <limits>
 
-namespace {
-
-[[noreturn]] void failTooLarge()
+void failTooLarge()
 {
     throw Failure(QStringLiteral("The picture becomes too large!"));
 }
-
-} // namespace
 
 QImage readPicture(const QString &path)
 {
@@ -27,8 +24,10 @@ QImage readPicture(const QString &path)
     QBuffer buffer(&data);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
+    // Qt tells of its own limit in the message log only. It counts four bytes a pixel, and 0 is none.
     const QSize size = reader.size();
-    if (4 * qint64(size.width()) * size.height() > qint64(QImageReader::allocationLimit()) << 20)
+    const qint64 limit = qint64(QImageReader::allocationLimit()) << 20;
+    if (limit > 0 && 4 * qint64(size.width()) * size.height() > limit)
         throw Failure(QStringLiteral("The picture in %1 has %2 x %3 pixels, which is too large!")
                           .arg(inputName(path))
                           .arg(size.width())
@@ -37,6 +36,8 @@ QImage readPicture(const QString &path)
     if (picture.isNull())
         throw Failure(
             QStringLiteral("Couldn't read a picture from %1: %2").arg(inputName(path), reader.errorString()));
+    // Pixels count as they stand, and a preview with a profile would not show the colours of the TVC.
+    picture.setColorSpace(QColorSpace());
     return picture;
 }
 

@@ -13,6 +13,9 @@ class App;
 /// The longest side of a picture that an option may ask for.
 constexpr int LongestSide = 0xFFFF;
 
+/// Throws Failure: there is not enough memory for a picture.
+[[noreturn]] void failTooLarge();
+
 /// Reads a picture of any format that Qt reads, the right way up. Throws Failure when it is none.
 QImage readPicture(const QString &path);
 

@@ -17,8 +17,8 @@ namespace {
 
 struct Options
 {
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
     std::string format = "vpd";
     std::string separator = ",";
 };
@@ -32,8 +32,10 @@ void check(bool isConverted, const Options &options)
 
 void encode(const Options &options)
 {
+    QString text = readUtf8(fromArgument(options.input));
     // The end of a file's last line is not a part of the sound.
-    const QString text = readUtf8(fromArgument(options.input)).trimmed();
+    if (text.endsWith(u'\n'))
+        text.chop(text.endsWith(QLatin1String("\r\n")) ? 2 : 1);
     QByteArray sound;
     check(ZR8BitTVCSound::soundToBin(text, sound, fromArgument(options.format),
                                      fromArgument(options.separator)),

@@ -21,8 +21,8 @@ namespace {
 struct Options
 {
     std::vector<std::string> inputs;
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
     QColor transparent = QColor(255, 0, 255);
     std::optional<int> width;
     std::optional<int> height;
@@ -72,11 +72,14 @@ QList<QImage> readFrames(const Options &options)
     const qint64 frameSize = 2 * bytesPerRow(*options.width) * *options.height;
     const QByteArray stream = readStream(path, frameSize, QStringLiteral("frames"));
     QList<QImage> frames = TVC::QImagesFromTVC16Sprite(stream, *options.width, *options.height);
-    for (qsizetype i = 0; i < frames.size(); ++i)
-        frames[i] = applyMask(frames.at(i), stream.mid(i * frameSize, frameSize));
-    // What is left of a cut frame may be less than a row.
-    if (frames.last().isNull())
+    // One row of the first plane, which may be left of a cut frame, makes no picture.
+    if (stream.size() % frameSize != 0 && frames.last().isNull())
         frames.removeLast();
+    for (qsizetype i = 0; i < frames.size(); ++i) {
+        if (frames.at(i).isNull())
+            failTooLarge();
+        frames[i] = applyMask(frames.at(i), stream.mid(i * frameSize, frameSize));
+    }
     if (frames.isEmpty())
         throw Failure(QStringLiteral("There is no frame in %1!").arg(inputName(path)));
     return frames;
@@ -111,7 +114,7 @@ void preview(const Options &options)
     if (frames.size() <= std::numeric_limits<int>::max() / size.width())
         sheet = QImage(size.width() * static_cast<int>(frames.size()), size.height(), QImage::Format_RGB32);
     if (sheet.isNull())
-        throw Failure(QStringLiteral("There are too many frames for one picture!"));
+        failTooLarge();
     QPainter painter(&sheet);
     painter.fillRect(sheet.rect(), checkerboard());
     int left = 0;
@@ -175,7 +178,8 @@ void addSpriteCommand(CLI::App &app)
     command->add_option("-o,--output", options->output, "Folder for frame-000.png, frame-001.png and so on")
         ->type_name("DIR")
         ->required();
-    command->footer("The last frame of a sprite that is cut has fewer rows.");
+    command->footer(
+        "The last frame of a sprite that is cut has fewer rows. Other files of the folder stay as they are.");
     command->callback([options] { decode(*options); });
 
     command = group->add_subcommand("preview", "Show all frames of a sprite side by side, as PNG.");

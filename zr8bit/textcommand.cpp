@@ -15,8 +15,8 @@ namespace {
 
 struct Options
 {
-    std::string input;
-    std::string output;
+    std::string input = "-";
+    std::string output = "-";
     bool lines = false;
 };
 

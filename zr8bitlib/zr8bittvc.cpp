@@ -6,12 +6,13 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace ZR {
 
 namespace {
 
-/// A code beyond ASCII and the units that encode to it, the one that it decodes to first.
+/// A code beyond printable ASCII and the units that encode to it, the one that it decodes to first.
 struct CodeUnits
 {
     uchar code;
@@ -143,9 +144,10 @@ QString ZR8BitTVC::TVCStrToQString(const QByteArray &data)
 QString ZR8BitTVC::BinToDB(const QByteArray &data, const bool &hex, const bool &padded,
                            const int &valuesPerLine)
 {
-    const qsizetype perLine = valuesPerLine > 0 ? valuesPerLine : qMax<qsizetype>(data.size(), 1);
+    const qsizetype all = qMax<qsizetype>(data.size(), 1);
+    const qsizetype perLine = valuesPerLine > 0 ? qMin<qsizetype>(valuesPerLine, all) : all;
     const qsizetype lineCount = (data.size() + perLine - 1) / perLine;
-    // A value takes a comma and three characters at most.
+    // The lead of a line takes four characters, a value with its comma four at most.
     QString listing(4 * (lineCount + data.size()), Qt::Uninitialized);
     QChar *place = listing.data();
     constexpr QStringView lead = u"\rDB "; // at the first line without the separator

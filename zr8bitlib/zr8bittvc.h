@@ -36,9 +36,9 @@ public:
 
     // Text
 
-    /// The TVC codes of a text, one for each UTF-16 unit, with nothing in front and nothing behind. Accented
-    /// Latin letters that the TVC lacks become the Hungarian letter next to them, as in ā to á. A unit
-    /// without a code becomes a space (32); so do line ends, other control characters and combining marks.
+    /// The TVC codes of a text, one for each UTF-16 unit, with nothing in front and nothing behind. Further
+    /// accented vowels become the Hungarian letter nearest to them, as in ā to á. A unit without a code
+    /// becomes a space (32): other accented letters, line ends and other control characters, combining marks.
     static QByteArray QStringToTVCStr(const QString &text);
 
     /// The text of TVC codes, one UTF-16 unit for each byte. An unused code becomes a space.

@@ -177,8 +177,8 @@ public:
     static QByteArray QImagesToTVC16Sprite(const QList<QImage> &images, const QColor &transparent);
 
     /// The pictures of all frames of one size. What remains behind the last whole frame is read as a frame
-    /// with fewer rows, and as a null image when it holds no row. An empty list when width or height is
-    /// below 1.
+    /// with fewer rows; exactly one row of one plane gives a null image. An empty list when width or height
+    /// is below 1.
     static QList<QImage> QImagesFromTVC16Sprite(const QByteArray &stream, const int &width,
                                                 const int &height);
 };

@@ -28,8 +28,8 @@ namespace ZR {
 ///
 /// They report through Qt's message log: critical for what ends a call with false, a warning for a value out
 /// of range, which becomes the largest one (a pitch of 0 too) while the call goes on. An empty format is
-/// refused as soon as there is a field to convert. The index in a message counts from 0: numbers in
-/// soundToBin(), bytes in binToSound().
+/// refused, with an empty output, as soon as there is a field to convert. The index in a message counts from
+/// 0: numbers in soundToBin(), bytes in binToSound().
 ///
 /// The class keeps no state: any number of threads may convert at once, each into an output of its own.
 class ZR8BITLIB_EXPORT ZR8BitTVCSound
