@@ -6,6 +6,8 @@
 
 #include <QtTest/QtTest>
 
+#include <vector>
+
 using namespace ZR;
 using TVC = ZR8BitTVCColor16;
 
@@ -17,11 +19,6 @@ const ZRTVC16Colors colors[] = {
     ZRTVC16ColorDarkGreen, ZRTVC16ColorDarkCyan, ZRTVC16ColorDarkYellow, ZRTVC16ColorGray,
     ZRTVC16ColorBlue,      ZRTVC16ColorRed,      ZRTVC16ColorMagenta,    ZRTVC16ColorGreen,
     ZRTVC16ColorCyan,      ZRTVC16ColorYellow,   ZRTVC16ColorWhite,      ZRTVC16ColorBrightBlack};
-const ZRTVC16Palette palette[] = {
-    ZRTVC16PaletteBlack,     ZRTVC16PaletteDarkBlue, ZRTVC16PaletteDarkRed,    ZRTVC16PaletteDarkMagenta,
-    ZRTVC16PaletteDarkGreen, ZRTVC16PaletteDarkCyan, ZRTVC16PaletteDarkYellow, ZRTVC16PaletteGray,
-    ZRTVC16PaletteBlue,      ZRTVC16PaletteRed,      ZRTVC16PaletteMagenta,    ZRTVC16PaletteGreen,
-    ZRTVC16PaletteCyan,      ZRTVC16PaletteYellow,   ZRTVC16PaletteWhite,      ZRTVC16PaletteBrightBlack};
 const int distinctCount = 15;
 
 const QStringList names =
@@ -36,22 +33,22 @@ QColor named(qsizetype index)
 }
 
 /// The index of the distinct colour that is closest to a pixel, by looking at each.
-int search(QRgb pixel)
+qsizetype search(QRgb pixel)
 {
-    int closest = 0;
-    int leastDistance = std::numeric_limits<int>::max();
-    for (int i = 0; i < distinctCount; ++i) {
-        const int level = i < 8 ? 146 : 255;
-        const int red = qRed(pixel) - (colors[i] & 0x08 ? level : 0);
-        const int green = qGreen(pixel) - (colors[i] & 0x20 ? level : 0);
-        const int blue = qBlue(pixel) - (colors[i] & 0x02 ? level : 0);
-        const int distance = red * red + green * green + blue * blue;
-        if (distance < leastDistance) {
-            leastDistance = distance;
-            closest = i;
-        }
-    }
-    return closest;
+    static const std::vector<QRgb> distinct = [] {
+        std::vector<QRgb> rgbs;
+        for (int i = 0; i < distinctCount; ++i)
+            rgbs.push_back(named(i).rgb());
+        return rgbs;
+    }();
+    const auto distance = [pixel](QRgb rgb) {
+        const int red = qRed(pixel) - qRed(rgb);
+        const int green = qGreen(pixel) - qGreen(rgb);
+        const int blue = qBlue(pixel) - qBlue(rgb);
+        return red * red + green * green + blue * blue;
+    };
+    const auto isCloser = [&distance](QRgb a, QRgb b) { return distance(a) < distance(b); };
+    return std::min_element(distinct.begin(), distinct.end(), isCloser) - distinct.begin();
 }
 
 } // namespace
@@ -66,15 +63,17 @@ private Q_SLOTS:
         for (int i = 0; i < 256; ++i) {
             const auto byte = static_cast<unsigned char>(i);
             const auto color = std::find(std::begin(colors), std::end(colors), byte) - std::begin(colors);
-            const auto entry = std::find(std::begin(palette), std::end(palette), byte) - std::begin(palette);
             QCOMPARE(TVC::QColorFromUChar(byte), named(color));
             QCOMPARE(TVC::TVC16ColorToRGBString(TVC::TVC16ColorFromUChar(byte)),
                      names.value(color, names.first()));
-            QCOMPARE(TVC::TVC16PaletteToQColor(static_cast<ZRTVC16Palette>(byte)), named(entry));
+            // A palette code is the colour code shifted, and has no bit of the first pixel.
+            const QColor entry =
+                i & 0xAA ? QColor() : TVC::QColorFromUChar(static_cast<unsigned char>(i << 1));
+            QCOMPARE(TVC::TVC16PaletteToQColor(static_cast<ZRTVC16Palette>(byte)), entry);
         }
         for (int i = 0; i < distinctCount; ++i) {
             QCOMPARE(TVC::QColorToUChar(named(i)), TVC::TVC16ColorToUChar(colors[i]));
-            QCOMPARE(TVC::QColorToTVC16Palette(named(i)), palette[i]);
+            QCOMPARE(int(TVC::QColorToTVC16Palette(named(i))), colors[i] >> 1);
         }
     }
 
@@ -84,7 +83,7 @@ private Q_SLOTS:
             const int first = i / 16;
             const int second = i % 16;
             const ZRTVC16Pixel pixel = TVC::TVC16PixelFromTVC16Colors(colors[first], colors[second]);
-            QCOMPARE(int(pixel), int(colors[first]) | int(palette[second]));
+            QCOMPARE(int(pixel), colors[first] | colors[second] >> 1);
             QColor color1;
             QColor color2(Qt::red);
             TVC::TVC16PixelToQColors(pixel, color1, color2);
@@ -153,7 +152,7 @@ private Q_SLOTS:
             const QByteArray stream = TVC::QImageToTVC16Bin(image);
             const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
             for (int i = 0; i < rowLength; ++i) {
-                const int closest = search(pixels[i]);
+                const qsizetype closest = search(pixels[i]);
                 const int code = stream.at(i / 2) * (i % 2 + 1) & 0xAA;
                 if (code != colors[closest] ||
                     preview.pixel(i, 0) != TVC16ColorList.at(closest).color().rgb() ||

@@ -62,14 +62,11 @@ private Q_SLOTS:
         } rows[] = {
             {"89aa", 1, 0, "1x2 f00 fff"},
             {"89550222", 3, 0, "3x2 f00 009 000 009 000 099"}, // 009: the level 0x92
-            {"00aa8055ff80", 4, 0, "4x3 000 000 fff 000 000 000 000 fff fff fff 000 000"},
             {"ffffff", 4, 0, "4x2 fff fff fff fff fff fff 000 000"},
             {"ff", 5, 0, "5x1 fff fff 000 000 000"},
             {"", 4, 0, "0x0"},
             {"ff", 0, 0, "0x0"},
-            {"ff", -1, 0, "0x0"},
             {"ff", largest, 0, "0x0"},
-            {"ff", largest - 1, 0, "0x0"},
             {"88aa00025555ff55", 3, 2, "3x2 f00 fff fff fff fff 009"},
             {"ff0000aaff00", 2, 2, "2x2 fff fff fff 000 2x1 fff fff"},
             {"ff00ff00ff00", 4, 2, "4x1 fff fff fff fff"}, // a plane of a row and a half
@@ -77,7 +74,6 @@ private Q_SLOTS:
             {"ff", 4, 2, "4x1 000 000 000 000"},
             {"ff", largest, largest, "0x0"},
             {"ff", 0, 2, ""},
-            {"ff", 2, -1, ""},
             {"", 4, 2, ""},
         };
         for (const auto &row : rows) {
@@ -167,44 +163,34 @@ private Q_SLOTS:
         QCOMPARE(text({ZRImageExt::disableTransparency(premultiplied, QColor())}), u"1x1 f00"_s);
     }
 
-    // A part of a larger picture, as hosts cut it out without copying: nothing beside it is read or written.
-    void foreignBuffer()
+    // A part of a larger picture, as hosts cut it out without copying: nothing beside it is read or written,
+    // also when several threads convert it at once.
+    void sharedBuffer()
     {
         QRandomGenerator random(3);
         const QImage whole = randomImage(random, 16, 8);
-        const QImage copy = whole.copy(3, 2, 5, 4);
-        for (const QImage::Format format :
-             {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB888}) {
+        const auto convert = [](const QImage &image) {
+            const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
+            return TVC::QImageToTVC16Bin(image) + TVC::QImageToTVC16SpriteFrame(image, QColor(Key)) +
+                   QByteArray::fromRawData(reinterpret_cast<const char *>(preview.constBits()),
+                                           preview.sizeInBytes());
+        };
+        const QByteArray expected = convert(whole.copy(3, 2, 5, 4));
+        for (const QImage::Format format : {QImage::Format_RGB32, QImage::Format_RGB888}) {
             QImage buffer = whole.convertToFormat(format);
             const QImage before = buffer.copy();
             const QImage part(buffer.scanLine(2) + 3 * buffer.depth() / 8, 5, 4, buffer.bytesPerLine(),
                               format);
-            QCOMPARE(TVC::QImageToTVC16Bin(part), TVC::QImageToTVC16Bin(copy));
-            QCOMPARE(TVC::QImageToTVC16ColoredQImage(part), TVC::QImageToTVC16ColoredQImage(copy));
-            QCOMPARE(TVC::QImageToTVC16SpriteFrame(part, QColor(Key)),
-                     TVC::QImageToTVC16SpriteFrame(copy, QColor(Key)));
+            std::vector<QByteArray> results(4);
+            std::vector<std::thread> threads;
+            for (QByteArray &result : results)
+                threads.emplace_back([&convert, &part, &result] { result = convert(part); });
+            for (std::thread &thread : threads)
+                thread.join();
+            for (const QByteArray &result : results)
+                QCOMPARE(result, expected);
             QCOMPARE(buffer, before);
         }
-    }
-
-    void threads()
-    {
-        QRandomGenerator random(5);
-        const QImage image = randomImage(random, 33, 40).convertToFormat(QImage::Format_ARGB32);
-        const auto convert = [&image] {
-            const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-            return TVC::QImageToTVC16SpriteFrame(image, preview.pixelColor(0, 0)) +
-                   TVC::QImageToTVC16Bin(image);
-        };
-        std::vector<QByteArray> results(4);
-        std::vector<std::thread> threads;
-        threads.reserve(results.size());
-        for (QByteArray &result : results)
-            threads.emplace_back([&convert, &result] { result = convert(); });
-        for (std::thread &thread : threads)
-            thread.join();
-        for (const QByteArray &result : results)
-            QCOMPARE(result, convert());
     }
 };
 
