@@ -16,24 +16,17 @@ namespace {
 
 struct EncodeOptions
 {
-    std::string input = "-";
-    std::string output = "-";
+    Files files;
     bool hex = false;
     bool padded = false;
     std::optional<int> perLine;
     std::string newline = "lf";
 };
 
-struct DecodeOptions
-{
-    std::string input = "-";
-    std::string output = "-";
-};
-
 void encode(const EncodeOptions &options)
 {
     constexpr int ValuesPerLine = 16;
-    const QByteArray data = readInput(fromArgument(options.input));
+    const QByteArray data = readInput(fromArgument(options.files.input));
     QString listing =
         ZR8BitTVC::BinToDB(data, options.hex, options.padded, options.perLine.value_or(ValuesPerLine));
     // The library only separates lines; other programs want every line to have its end.
@@ -41,10 +34,11 @@ void encode(const EncodeOptions &options)
         listing += u'\r';
         listing.replace(u'\r', options.newline == "lf" ? QStringLiteral("\n") : QStringLiteral("\r\n"));
     }
-    writeOutput(fromArgument(options.output), listing.toLatin1());
+    writeOutput(fromArgument(options.files.output), listing.toLatin1());
 }
 
-/// The index of the line that makes a listing bad: the last one of the fewest lines that are refused.
+/// The index of the line that makes a listing bad: the last one of the fewest lines that are refused. A "$"
+/// at the end of a line, which only the next line completes, may be named in its stead.
 qsizetype badLine(const QString &listing, const QList<QStringView> &lines)
 {
     qsizetype first = 0; // what stands before it does not matter to what follows
@@ -79,10 +73,10 @@ QString badLineText(const QString &path, const QString &listing)
         .arg(inputName(path), QString::number(index + 1), shown);
 }
 
-void decode(const DecodeOptions &options)
+void decode(const Files &files)
 {
     // Comments may be in any encoding: only ASCII matters, and what is not UTF-8 is no number.
-    const QString path = fromArgument(options.input);
+    const QString path = fromArgument(files.input);
     QString listing = QString::fromUtf8(readInput(path));
     listing.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     QByteArray data;
@@ -90,15 +84,14 @@ void decode(const DecodeOptions &options)
         throw Failure(badLineText(path, listing));
     if (data.isEmpty() && !listing.trimmed().isEmpty())
         printWarning(QStringLiteral("The listing in %1 holds no DB values").arg(inputName(path)));
-    writeOutput(fromArgument(options.output), data);
+    writeOutput(fromArgument(files.output), data);
 }
 
 void addEncodeCommand(CLI::App &group)
 {
     CLI::App *command = group.add_subcommand("encode", "Convert bytes to a listing.");
     auto options = std::make_shared<EncodeOptions>();
-    addInputArgument(*command, options->input, "File to read");
-    addOutputOption(*command, options->output, "File to write, whole or not at all");
+    addFiles(*command, options->files);
     command->add_flag("--hex", options->hex, "Write values as $A instead of 10");
     command->add_flag("--padded", options->padded,
                       "Write values with zeros in front, as 010 or $0A; some assemblers take 010 for octal");
@@ -115,14 +108,13 @@ void addEncodeCommand(CLI::App &group)
 void addDecodeCommand(CLI::App &group)
 {
     CLI::App *command = group.add_subcommand("decode", "Convert a listing to bytes.");
-    auto options = std::make_shared<DecodeOptions>();
-    addInputArgument(*command, options->input, "File to read");
-    addOutputOption(*command, options->output, "File to write, whole or not at all");
+    auto files = std::make_shared<Files>();
+    addFiles(*command, *files);
     command->footer(
         "Values are decimal, or hexadecimal behind \"$\"; of each the low 8 bits count. All up to the first\n"
         "DB is skipped. A DB counts wherever it stands, in a word or a comment too, but not behind \"$\". A\n"
         "comment begins with \";\" and must hold no comma. Other instructions behind a DB are an error.");
-    command->callback([options] { decode(*options); });
+    command->callback([files] { decode(*files); });
 }
 
 } // namespace

@@ -30,6 +30,12 @@ void addOutputOption(CLI::App &command, std::string &target, const std::string &
         ->type_name("OUTPUT");
 }
 
+void addFiles(CLI::App &command, Files &files)
+{
+    addInputArgument(command, files.input, "File to read");
+    addOutputOption(command, files.output, "File to write, whole or not at all");
+}
+
 void failOption(const std::string &name, const QString &value, const QString &expected)
 {
     throw CLI::ValidationError(

@@ -29,5 +29,15 @@ void addInputArgument(CLI::App &command, std::string &target, const std::string 
 /// Adds the option -o, a file to write or "-" for standard output, which it is by default.
 void addOutputOption(CLI::App &command, std::string &target, const std::string &description);
 
+/// The input and the output of a conversion.
+struct Files
+{
+    std::string input = "-";
+    std::string output = "-";
+};
+
+/// Adds both for a conversion that takes any file.
+void addFiles(CLI::App &command, Files &files);
+
 /// Ends parsing: the value of an option is not what it takes.
 [[noreturn]] void failOption(const std::string &name, const QString &value, const QString &expected);

@@ -17,8 +17,7 @@ namespace {
 
 struct Options
 {
-    std::string input = "-";
-    std::string output = "-";
+    Files files;
     std::string format = "vpd";
     std::string separator = ",";
 };
@@ -27,12 +26,13 @@ struct Options
 void check(bool isConverted, const Options &options)
 {
     if (!isConverted)
-        throw Failure(QStringLiteral("Couldn't convert %1!").arg(inputName(fromArgument(options.input))));
+        throw Failure(
+            QStringLiteral("Couldn't convert %1!").arg(inputName(fromArgument(options.files.input))));
 }
 
 void encode(const Options &options)
 {
-    QString text = readUtf8(fromArgument(options.input));
+    QString text = readUtf8(fromArgument(options.files.input));
     // The end of a file's last line is not a part of the sound.
     if (text.endsWith(u'\n'))
         text.chop(text.endsWith(QLatin1String("\r\n")) ? 2 : 1);
@@ -40,17 +40,17 @@ void encode(const Options &options)
     check(ZR8BitTVCSound::soundToBin(text, sound, fromArgument(options.format),
                                      fromArgument(options.separator)),
           options);
-    writeOutput(fromArgument(options.output), sound);
+    writeOutput(fromArgument(options.files.output), sound);
 }
 
 void decode(const Options &options)
 {
-    const QByteArray sound = readInput(fromArgument(options.input));
+    const QByteArray sound = readInput(fromArgument(options.files.input));
     QString text;
     check(ZR8BitTVCSound::binToSound(sound, text, fromArgument(options.format),
                                      fromArgument(options.separator)),
           options);
-    writeOutput(fromArgument(options.output), (text + u'\n').toUtf8());
+    writeOutput(fromArgument(options.files.output), (text + u'\n').toUtf8());
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
@@ -58,8 +58,7 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
 {
     CLI::App *command = group.add_subcommand(name, description);
     auto options = std::make_shared<Options>();
-    addInputArgument(*command, options->input, "File to read");
-    addOutputOption(*command, options->output, "File to write, whole or not at all");
+    addFiles(*command, options->files);
     command
         ->add_option(
             "--format", options->format,

@@ -15,8 +15,7 @@ namespace {
 
 struct Options
 {
-    std::string input = "-";
-    std::string output = "-";
+    Files files;
     bool lines = false;
 };
 
@@ -42,18 +41,18 @@ void finish(const QString &source, QString &target, bool keepLineEnds)
 
 void encode(const Options &options)
 {
-    const QString text = readUtf8(fromArgument(options.input));
+    const QString text = readUtf8(fromArgument(options.files.input));
     QString codes = QString::fromLatin1(ZR8BitTVC::QStringToTVCStr(text));
     finish(text, codes, options.lines);
-    writeOutput(fromArgument(options.output), codes.toLatin1());
+    writeOutput(fromArgument(options.files.output), codes.toLatin1());
 }
 
 void decode(const Options &options)
 {
-    const QByteArray codes = readInput(fromArgument(options.input));
+    const QByteArray codes = readInput(fromArgument(options.files.input));
     QString text = ZR8BitTVC::TVCStrToQString(codes);
     finish(QString::fromLatin1(codes), text, options.lines);
-    writeOutput(fromArgument(options.output), text.toUtf8());
+    writeOutput(fromArgument(options.files.output), text.toUtf8());
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
@@ -61,8 +60,7 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
 {
     CLI::App *command = group.add_subcommand(name, description);
     auto options = std::make_shared<Options>();
-    addInputArgument(*command, options->input, "File to read");
-    addOutputOption(*command, options->output, "File to write, whole or not at all");
+    addFiles(*command, options->files);
     command->add_flag("--lines", options->lines,
                       "Convert line by line: keep carriage returns and line feeds as they are");
     command->footer("Line ends have no code in the TVC's character set: without --lines each of their\n"
