@@ -24,8 +24,8 @@ public:
         const qsizetype perLine = (used + 15) / 16 * 16 + 16 * padding;
         memory.assign(static_cast<size_t>(perLine * size.height()), filler);
         for (qsizetype y = 0; y < size.height(); ++y) {
-            const QByteArray line = pixels.mid(y * used, used);
-            std::copy(line.begin(), line.end(), std::fill_n(memory.begin() + y * perLine, used, '\0') - used);
+            const QByteArray line = pixels.mid(y * used, used).leftJustified(used, '\0');
+            std::copy(line.begin(), line.end(), memory.begin() + y * perLine);
         }
         image =
             QImage(reinterpret_cast<uchar *>(memory.data()), size.width(), size.height(), perLine, format);
@@ -69,8 +69,9 @@ void check(const QImage &image, QColor transparent)
     if (image.format() != QImage::Format_ARGB32_Premultiplied)
         LAW(TVC::QImageFromTVC16Bin(stream, image.width()) == preview);
     if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32) {
-        const auto *pixel = reinterpret_cast<const QRgb *>(image.constScanLine(image.height() - 1));
-        LAW(preview.pixelColor(0, image.height() - 1) == TVC::closestColor(QColor(*pixel)));
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(0));
+        for (int x = 0; x < image.width(); ++x)
+            LAW(preview.pixelColor(x, 0) == TVC::closestColor(QColor(line[x])));
     }
 }
 
