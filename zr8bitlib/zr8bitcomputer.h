@@ -38,21 +38,27 @@ class ZR8BITLIB_EXPORT ZR8BitComputer : public QObject, public ZRObject
     Q_OBJECT
 
 public:
+    /// An empty machine.
     explicit ZR8BitComputer(const QString &name = QString(), QObject *parent = nullptr);
     /// Releases processors first, since they may hold a RAM, then RAM blocks, then ROM blocks.
     ~ZR8BitComputer() override;
 
+    /// "ZR8BitComputer".
     static const QString className();
 
     /// Releases the machine and loads the one that config describes. On failure the computer is empty and the
-    /// last error holds the whole cause. The prefix is ignored; config is borrowed for the call.
+    /// last error holds the whole cause. The prefix is ignored. config is borrowed for the call; null is a
+    /// failure.
     bool readFromConfig(const QString &prefix, ZRConfigIface *config);
 
     /// The display name that was read last, "Not defined" at first; not the object's name().
     QString computerName();
 
+    /// The ROM blocks by name.
     QMap<QString, ZR8BitROM *> roms();
+    /// The RAM blocks by name.
     QMap<QString, ZR8BitRAM *> rams();
+    /// The processors by name.
     QMap<QString, ZR8BitProcessorIface *> processors();
 
 private:

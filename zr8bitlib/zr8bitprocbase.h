@@ -17,9 +17,11 @@ class ZR8BITLIB_EXPORT ZR8BitProcBase : public QObject, public ZR8BitProcessorIf
     Q_INTERFACES(ZR8BitProcessorIface)
 
 public:
+    /// Without registers and instructions, which a model adds in its init().
     explicit ZR8BitProcBase(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitProcBase() override;
 
+    /// "ZR8BitProcBase".
     static const QString className();
 
     /// Returns true and does nothing else.
@@ -49,10 +51,10 @@ protected:
 
     ZR8BitRAM *_mainMemory = nullptr;           ///< not owned
     QMap<QString, ZR8BitRegister *> _registers; ///< members of the model, by id
-    ZR8BitProcCommands _commands;
-    bool _paused = false;
-    bool _hardwareIssue = false;
-    QString _hardwareIssueMsg;
+    ZR8BitProcCommands _commands;               ///< the instruction table
+    bool _paused = false;                       ///< set by pause(), cleared by resume()
+    bool _hardwareIssue = false;                ///< whether a failure has stopped the processor
+    QString _hardwareIssueMsg;                  ///< empty when there is no hardware issue
 };
 
 } // namespace ZR

@@ -20,8 +20,10 @@ class ZR8BITLIB_EXPORT ZR8BitProcCommand : public QObject, public ZRObject
 public:
     ~ZR8BitProcCommand() override;
 
+    /// "ZR8BitProcCommand".
     static const QString className();
 
+    /// The opcode.
     unsigned char code();
     /// Length of the whole instruction in bytes, opcode included.
     unsigned char length();
@@ -62,9 +64,11 @@ class ZR8BITLIB_EXPORT ZR8BitProcCommands : public QObject, public ZRObject
     Q_OBJECT
 
 public:
+    /// An empty table.
     explicit ZR8BitProcCommands(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitProcCommands() override;
 
+    /// "ZR8BitProcCommands".
     static const QString className();
 
     /// Adds a row with its mnemonic, short title and long text. Returns null with a last error, and changes

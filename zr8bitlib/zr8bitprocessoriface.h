@@ -37,6 +37,7 @@ public:
     /// Sets the memory that instructions and operands are read from, unchecked. It stays its owner's and must
     /// outlive its use here; null for none.
     virtual void setMainMemory(ZR::ZR8BitRAM *memory) = 0;
+    /// The memory that was set, null at first.
     virtual ZR::ZR8BitRAM *mainMemory() = 0;
 
     /// Makes the processor run nothing until resume().

@@ -22,9 +22,11 @@ class ZR8BITLIB_EXPORT ZR8BitProcMOS6510 : public ZR8BitProcBase
     Q_OBJECT
 
 public:
+    /// Without registers and instructions until init().
     explicit ZR8BitProcMOS6510(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitProcMOS6510() override;
 
+    /// "ZR8BitProcMOS6510".
     static const QString className();
 
     /// Sets the registers to their start values and fills the table. A second call sets the registers again,

@@ -18,6 +18,7 @@ public:
     explicit ZR8BitRAM(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitRAM() override;
 
+    /// "ZR8BitRAM".
     static const QString className();
 
     /// As ZR8BitROM::readFromConfig().

@@ -30,9 +30,11 @@ class ZR8BITLIB_EXPORT ZR8BitRegister : public QObject, public ZRObject
     Q_OBJECT
 
 public:
+    /// A register without storage.
     explicit ZR8BitRegister(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitRegister() override;
 
+    /// "ZR8BitRegister".
     static const QString className();
 
     /// Gives the register its id, kind and storage, and may be called again.
@@ -45,6 +47,7 @@ public:
 
     /// The identifier that init() was given; not the object's name().
     QString id();
+    /// The kind that init() was given, 8 bits at first.
     ZR8BitRegTypes regType();
 
     /// The value; that of an 8-bit register is widened with its sign.
@@ -52,7 +55,9 @@ public:
     /// Sets the value, of which an 8-bit register takes the low byte. Emits onValueChanged().
     void setValue(const short &value);
 
+    /// The high byte.
     char hi();
+    /// The low byte.
     char lo();
     /// Sets the high byte. Emits onValueChanged().
     void setHi(const char &value);

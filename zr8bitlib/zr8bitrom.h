@@ -34,6 +34,7 @@ public:
     ZR8BitROM(const QString &filePath, const QString &name, QObject *parent);
     ~ZR8BitROM() override;
 
+    /// "ZR8BitROM".
     static const QString className();
 
     /// Replaces the bytes and the size: read-only means for the machine, not for the host. Returns false,
@@ -47,7 +48,7 @@ public:
     /// Sizes, clears and fills the block by the settings "PREFIX.Size", in bytes, and "PREFIX.FilePath", the
     /// file with the content; without a path the block stays all zero. The file must be exactly as long as
     /// the block; its path is taken as it stands. On failure the block is left as the failing step found it.
-    /// config is borrowed for the call.
+    /// config is borrowed for the call; null is a failure.
     bool readFromConfig(const QString &prefix, ZRConfigIface *config);
 
     /// The declared size in bytes. Takes no lock.
@@ -70,9 +71,9 @@ protected:
     Q_DECL_COLD_FUNCTION void _reportInvalidAddress(int pos, const char *file, int line,
                                                     const char *function);
 
-    int _size = 0;
-    QMutex _mutex; ///< guards _content; not recursive
-    QByteArray _content;
+    int _size = 0;       ///< declared size in bytes
+    QMutex _mutex;       ///< guards _content; not recursive
+    QByteArray _content; ///< the bytes that reads give
 };
 
 } // namespace ZR

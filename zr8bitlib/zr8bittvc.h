@@ -29,9 +29,11 @@ class ZR8BITLIB_EXPORT ZR8BitTVC : public QObject, public ZRObject
     Q_OBJECT
 
 public:
+    /// An object with a name and nothing else: no conversion needs one.
     explicit ZR8BitTVC(const QString &name = QString(), QObject *parent = nullptr);
     ~ZR8BitTVC() override;
 
+    /// "ZR8BitTVC".
     static const QString className();
 
     // Text

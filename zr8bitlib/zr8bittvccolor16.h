@@ -64,14 +64,16 @@ enum ZRTVC16Palette : unsigned char
 /// ones. GCC, Clang and MSVC do, and a test checks it. The conversions use value alone.
 union ZRTVC16Pixel
 {
+    /// The pixels that a byte holds.
     ZRTVC16Pixel(const unsigned char &byte)
         : value(byte)
     {
     }
 
+    /// The byte that holds both pixels.
     operator unsigned char() const { return value; }
 
-    unsigned char value;
+    unsigned char value; ///< the byte that holds both pixels
 
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_GCC("-Wpedantic")
@@ -122,18 +124,20 @@ public:
 
     /// The byte as a code, unchecked.
     static ZRTVC16Colors TVC16ColorFromUChar(const unsigned char &color);
+    /// The code as a byte, unchecked.
     static unsigned char TVC16ColorToUChar(const ZRTVC16Colors &color);
 
     /// The colour of a byte that is a colour code, not a two-pixel byte; invalid when it is no code.
     static QColor QColorFromUChar(const unsigned char &color);
+    /// The code of the closest TVC colour as a byte.
     static unsigned char QColorToUChar(const QColor &color);
 
     /// The code's colour as "#rrggbb" in small hexadecimal digits; "#000000" when the byte is no code.
     static QString TVC16ColorToRGBString(const ZRTVC16Colors &color);
 
     /// The TVC colour that is closest to a colour: one of the 15 distinct ones, opaque. Closest is the least
-    /// sum of the squared differences of red, green and blue, each 0 to 255; of two equally close colours the
-    /// darker level wins. Alpha plays no part, and an invalid colour counts as black.
+    /// sum of the squared differences of red, green and blue, each 0 to 255; of equally close colours the one
+    /// with the least code wins. Alpha plays no part, and an invalid colour counts as black.
     static QColor closestColor(const QColor &color);
 
     // Two-pixel bytes

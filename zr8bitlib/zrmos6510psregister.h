@@ -18,9 +18,11 @@ class ZR8BITLIB_EXPORT ZRMOS6510PSRegister : public ZR8BitRegister
     Q_OBJECT
 
 public:
+    /// A register without storage.
     explicit ZRMOS6510PSRegister(const QString &name = QString(), QObject *parent = nullptr);
     ~ZRMOS6510PSRegister() override;
 
+    /// "ZRMOS6510PSRegister".
     static const QString className();
 
     /// As ZR8BitRegister::init(). Then sets bit 5, which is no flag; it stays set until setValue() or
@@ -35,13 +37,13 @@ public:
     char Z(); ///< Zero
     char C(); ///< Carry
 
-    void setN(const char &value);
-    void setV(const char &value);
-    void setB(const char &value);
-    void setD(const char &value);
-    void setI(const char &value);
-    void setZ(const char &value);
-    void setC(const char &value);
+    void setN(const char &value); ///< Negative
+    void setV(const char &value); ///< Overflow
+    void setB(const char &value); ///< Break
+    void setD(const char &value); ///< Decimal mode
+    void setI(const char &value); ///< Interrupt disable
+    void setZ(const char &value); ///< Zero
+    void setC(const char &value); ///< Carry
 };
 
 } // namespace ZR

@@ -16,7 +16,9 @@ public:
     /// Without arguments an invalid colour.
     ZRColor(const QColor &color = QColor(), const QList<quint32> &values = {});
 
+    /// The colour, which may be an invalid one.
     const QColor &color() const;
+    /// The host's values.
     const QList<quint32> &values() const;
 
 private:

@@ -9,7 +9,8 @@
 ///
 /// A host implements stringValue(), stringListValue() and intValue() over the storage of its choice; the
 /// other operations have defaults that build on these. Keys are whole strings of the form section, point,
-/// field, as in "Computer.Name". An object that gets a reader uses it for the length of that one call only.
+/// field, as in "Computer.Name". An object that gets a reader uses it for the length of that one call only,
+/// on the thread of the caller.
 class ZRBASELIB_EXPORT ZRConfigIface
 {
 public:

@@ -4,6 +4,7 @@
 
 #include <QtCore/QtLogging>
 
+/// The classes and enums of both libraries, but for the interfaces, which are global.
 namespace ZR {
 
 /// The second base of the model classes, behind QObject: name, description, logger and last failure.
@@ -12,6 +13,7 @@ namespace ZR {
 class ZRBASELIB_EXPORT ZRObject : public ZRObjectIface
 {
 public:
+    /// Without a logger and a description.
     explicit ZRObject(const QString &name);
     ~ZRObject() override;
 
@@ -42,7 +44,7 @@ protected:
                            const QString &function);
 
     ZRLoggerIface *_logger = nullptr; ///< not owned
-    QString _lastError;
+    QString _lastError;               ///< empty when there was no failure
 
 private:
     Q_DISABLE_COPY_MOVE(ZRObject)

@@ -25,10 +25,12 @@ public:
 
     /// Names the object and gives the name back.
     virtual const QString &setName(const QString &name) = 0;
+    /// The name of this object, not of its class; may be empty.
     virtual const QString &name() = 0;
 
     /// The short title of the object. May hold rich text.
     virtual const QString &descHint() = 0;
+    /// Sets the short title alone.
     virtual void setDescHint(const QString &hint) = 0;
     /// The long text that explains the object. May hold rich text.
     virtual const QString &desc() = 0;
