@@ -36,8 +36,8 @@ class ZR8BITLIB_EXPORT ZR8BitTVCSound
 {
 public:
     /// Replaces bin by the stream of a text. The separator is a plain text; separators in front, behind or
-    /// doubled do not matter, nor does white space around numbers. A last number of 240 is the end mark,
-    /// whatever field it would be.
+    /// doubled do not matter, nor does white space around numbers. Of a number the low 16 bits count. A last
+    /// number of 240 is the end mark, whatever field it would be.
     ///
     /// Fails with bin empty when the format holds another letter, or when the numbers do not fill records;
     /// at what is no number with bin holding what stands before it.
