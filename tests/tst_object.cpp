@@ -62,12 +62,15 @@ private Q_SLOTS:
 
     void texts()
     {
-        ZR8BitRAM ram;
-        QCOMPARE(ram.setName(u"MAIN"_s), u"MAIN"_s);
-        ram.setDesc(u"title"_s, u"text"_s);
-        ram.setDesc(u"other"_s);
-        QCOMPARE(ram.name() + ram.descHint() + ram.desc(), u"MAINtitleother"_s);
-        QCOMPARE(static_cast<ZRObject *>(ram.qt_metacast("ZRObject")), static_cast<ZRObject *>(&ram));
+        ZR8BitTVC object(u"A"_s);
+        QCOMPARE(object.name(), u"A"_s);
+        QCOMPARE(object.setName(u"B"_s), u"B"_s);
+        object.setDesc(u"title"_s, u"text"_s);
+        QCOMPARE(object.descHint() + object.desc(), u"titletext"_s);
+        object.setDesc(u"other"_s);
+        object.setDescHint(u"hint"_s);
+        QCOMPARE(object.name() + object.descHint() + object.desc(), u"Bhintother"_s);
+        QCOMPARE(static_cast<ZRObject *>(object.qt_metacast("ZRObject")), static_cast<ZRObject *>(&object));
         ZR8BitProcMOS6510 processor;
         QCOMPARE(qobject_cast<ZR8BitProcessorIface *>(&processor),
                  static_cast<ZR8BitProcessorIface *>(&processor));

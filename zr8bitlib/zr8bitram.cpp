@@ -15,28 +15,6 @@ constexpr char sourceFile[] = "zr8bitlib/zr8bitram";
 
 } // namespace
 
-bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
-{
-    const QMutexLocker locker(&_mutex);
-    const int contentSize = static_cast<int>(_content.size());
-    if (pos < 0 || pos >= contentSize) {
-        _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);
-        return false;
-    }
-    if (len < 0 || (!data && len > 0)) {
-        ZR_SET_LAST_ERROR(QStringLiteral("Invalid data to write! Length: %1").arg(len));
-        return false;
-    }
-    // Two calls, since the compiler turns the one with the whole length into a plain store for bytes and
-    // words.
-    char *target = _content.data() + pos;
-    if (len <= contentSize - pos)
-        std::copy_n(data, len, target);
-    else
-        std::copy_n(data, contentSize - pos, target);
-    return true;
-}
-
 ZR8BitRAM::ZR8BitRAM(const QString &name, QObject *parent)
     : ZR8BitROM(name, parent)
 {
@@ -94,6 +72,28 @@ void ZR8BitRAM::setWordValue(const short &value, const int &pos)
     char bytes[2];
     qToLittleEndian<qint16>(value, bytes);
     _writeData(pos, bytes, 2);
+}
+
+bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
+{
+    const QMutexLocker locker(&_mutex);
+    const int contentSize = static_cast<int>(_content.size());
+    if (pos < 0 || pos >= contentSize) {
+        _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);
+        return false;
+    }
+    if (len < 0 || (!data && len > 0)) {
+        ZR_SET_LAST_ERROR(QStringLiteral("Invalid data to write! Length: %1").arg(len));
+        return false;
+    }
+    // Two calls, since the compiler turns the one with the whole length into a plain store for bytes and
+    // words.
+    char *target = _content.data() + pos;
+    if (len <= contentSize - pos)
+        std::copy_n(data, len, target);
+    else
+        std::copy_n(data, contentSize - pos, target);
+    return true;
 }
 
 } // namespace ZR
