@@ -99,7 +99,7 @@ void describe(const QString &type)
     if (!computer.readFromConfig(QString(), &config))
         throw Failure(computer.lastErrorStr());
     // Every processor that a computer creates derives from ZR8BitProcBase.
-    auto *processor = static_cast<ZR::ZR8BitProcBase *>(computer.processors().first());
+    auto *processor = static_cast<ZR::ZR8BitProcBase *>(computer.processors().value(QStringLiteral("CPU")));
     if (!processor->init())
         throw Failure(processor->lastErrorStr());
 

@@ -68,11 +68,11 @@ void Machine::loadFile(const QString &filePath, int address)
 ZR::ZR8BitRegister &Machine::reg(const QString &id)
 {
     const QMap<QString, ZR::ZR8BitRegister *> registers = _processor->registers();
-    ZR::ZR8BitRegister *reg = registers.value(id, nullptr);
-    if (!reg)
-        throw Failure(QStringLiteral("The processor has no register '%1', it has: %2")
-                          .arg(id, registers.keys().join(QStringLiteral(", "))));
-    return *reg;
+    if (ZR::ZR8BitRegister *reg = registers.value(id, nullptr))
+        return *reg;
+    const QStringList ids = registers.keys();
+    throw Failure(QStringLiteral("The processor has no register '%1', it has: %2")
+                      .arg(id, ids.join(QStringLiteral(", "))));
 }
 
 void Machine::setRegister(const QString &id, int value)

@@ -40,10 +40,9 @@ ZRColor ZRImageExt::closestColor(const ZRColor &color, const QList<ZRColor> &col
         return search(rgb, colors);
 
     QHash<int, ZRColor> &found = (*cache)[qRed(rgb)][qGreen(rgb)];
-    auto place = found.constFind(qBlue(rgb));
-    if (place == found.constEnd())
-        place = found.insert(qBlue(rgb), search(rgb, colors));
-    return *place;
+    if (const auto place = found.constFind(qBlue(rgb)); place != found.constEnd())
+        return *place;
+    return *found.insert(qBlue(rgb), search(rgb, colors));
 }
 
 QImage ZRImageExt::disableTransparency(const QImage &image, QColor color)
