@@ -3,6 +3,13 @@
 include(CMakePackageConfigHelpers)
 include(GenerateExportHeader)
 
+# By what the programs and libraries of the package find each other wherever it is installed.
+if(APPLE)
+    set(ZR_ORIGIN "@loader_path")
+else()
+    set(ZR_ORIGIN "$ORIGIN")
+endif()
+
 # zr_add_library(NAME SOURCES... HEADERS...): the library NAME of the current folder. The folder's name is
 # the one that its headers are included by, in the tree and after installation.
 function(zr_add_library name)
@@ -25,7 +32,13 @@ function(zr_add_library name)
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "${ZR_ORIGIN}"
         ZR_HEADERS "${arg_HEADERS}")
+    if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT ZR_SANITIZERS)
+        set(exports "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+        target_link_options(${name} PRIVATE "-Wl,--version-script=${exports}")
+        set_target_properties(${name} PROPERTIES LINK_DEPENDS "${exports}")
+    endif()
 
     install(TARGETS ${name} EXPORT ZR8BitLibTargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
