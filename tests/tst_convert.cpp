@@ -44,7 +44,9 @@ private Q_SLOTS:
              "zr8bit: Couldn't convert standard input!\n"},
             {"sound|decode|--separator|", "", 2, "", "--separator: '' is not a text without digits"},
             {"text|decode|/nonexistent", "", 1, "", "zr8bit: Couldn't read '/nonexistent': "},
+#ifdef Q_OS_LINUX
             {"text|decode|-o|/dev/full", "x", 1, "", "zr8bit: Couldn't write '/dev/full': "},
+#endif
             {"text|decode|-o|", "x", 1, "", "zr8bit: Couldn't write '': "},
         };
         for (const auto &row : rows) {

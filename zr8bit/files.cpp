@@ -147,7 +147,7 @@ void writeFolder(const QString &path, const QList<NamedData> &files)
         std::filesystem::rename(QFileInfo(staging.filePath(file.name)).filesystemFilePath(),
                                 QFileInfo(folder.filePath(file.name)).filesystemFilePath(), error);
         if (error)
-            failToWrite(folder.filePath(file.name), QString::fromStdString(error.message()));
+            failToWrite(folder.filePath(file.name), QString::fromLocal8Bit(error.message()));
     }
 }
 
