@@ -116,7 +116,8 @@ private Q_SLOTS:
     {
         ZR8BitRAM ram;
         TestProcessor processor;
-        QVERIFY(ram.setSize(1) && processor.commands().addCommand(0x0A, 0, 1, u"NUL%3"_s, {}, {}));
+        QVERIFY(ram.setSize(1) && processor.init());
+        QVERIFY(processor.commands().addCommand(0x0A, 0, 1, u"NUL%3"_s, {}, {}));
         QCOMPARE(processor.execute(QByteArray("\x0A", 1)), -1);
         QCOMPARE(processor.hardwareIssueMsg(), u"Error on execute command: 0x0a - 'NUL%3'! "_s);
         processor.resetHardwareIssue();
@@ -124,6 +125,7 @@ private Q_SLOTS:
         ram.setByteValue(0x0A, 0);
         QCOMPARE(processor.step(), -1);
         QCOMPARE(processor.hardwareIssueMsg(), u"Error on execute command: 0x0a - 'NUL%3'! "_s);
+        QCOMPARE(processor.registers().value(u"PC"_s)->value(), short(0));
         QVERIFY(!processor.readFromConfig(QString(), nullptr));
         QCOMPARE(processor.lastErrorStr(), u"Config handler must be defined!"_s);
     }
@@ -230,10 +232,6 @@ private Q_SLOTS:
                          [&] { flagsFirst = machine.reg("PS").loBit(1) == 0 && machine.pc() == 0xFFF0; });
         machine.reg("PS").setLoBit(1, 1);
 
-        processor.pause();
-        QCOMPARE(processor.step(), 0);
-        QCOMPARE(pcSpy.size(), 0);
-        processor.resume();
         QCOMPARE(processor.step(), 2);
         QCOMPARE(machine.ac(), 5);
         QVERIFY(flagsFirst);
@@ -244,6 +242,9 @@ private Q_SLOTS:
         QCOMPARE(machine.pc(), 0xFFF3);
         QCOMPARE(machine.ac() + machine.reg("XR").value(), 5);
 
+        processor.pause();
+        QCOMPARE(processor.step(), 0); // does not even look at the opcode
+        processor.resume();
         QCOMPARE(processor.step(), -1);
         QCOMPARE(machine.pc(), 0xFFF3);
         QCOMPARE(processor.hardwareIssueMsg(), unknownOpcode.arg(u"00"_s));
