@@ -104,6 +104,10 @@ private Q_SLOTS:
         QCOMPARE(reg.value(), short(0));
         QCOMPARE(reg.id(), u"S"_s);
 
+        QVERIFY(reg.init(u"R"_s, static_cast<ZR8BitRegTypes>(7), 3, nullptr)); // no kind: no bytes
+        reg.setValue(1);
+        QCOMPARE(reg.value() + reg.hi() + reg.lo(), 0);
+
         ZR8BitRAM ram;
         QVERIFY(ram.setSize(1));
         QVERIFY(reg.init(u"T"_s, ZR8BitRegType8Bit, 0, &ram));
