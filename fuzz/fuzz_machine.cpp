@@ -17,13 +17,21 @@ constexpr int StepCount = 2000;
 constexpr int LargestIssueCount = 20; // of bytes that are no instruction, which only take time
 constexpr int LargestBlock = 0x20000;
 
-/// Settings in lines of key=value. Files are the one image; lists are separated by commas.
+/// The image over and over, up to a size.
+QByteArray filled(const QByteArray &image, int size)
+{
+    return image.isEmpty() ? image : image.repeated(size / image.size() + 1).first(size);
+}
+
+/// Settings in lines of key=value; lists are separated by commas. The file of a block holds the image, as it
+/// is or filled to the size of the block.
 class TextConfig : public ZRConfigIface
 {
 public:
-    TextConfig(const QString &text, const QString &imagePath)
-        : _imagePath(imagePath)
+    TextConfig(const QString &text, const QByteArray &image)
+        : _image(image)
     {
+        LAW(_file.open());
         for (const QString &line : text.split(u'\n')) {
             const qsizetype place = line.indexOf(u'=');
             if (place >= 0)
@@ -38,7 +46,8 @@ public:
         const QString value = _values.value(key);
         if (!key.endsWith(QStringLiteral(".FilePath")) || value.isEmpty())
             return value;
-        return value == QStringLiteral("image") ? _imagePath : QStringLiteral("/nonexistent");
+        const QString sizeKey = key.chopped(8) + QStringLiteral("Size");
+        return file(value == QStringLiteral("filled") ? filled(_image, intValue(sizeKey, 0)) : _image);
     }
 
     QStringList stringListValue(const QString &key, const QStringList &defaultValue) override
@@ -52,7 +61,14 @@ public:
     }
 
 private:
-    QString _imagePath;
+    QString file(const QByteArray &content)
+    {
+        LAW(_file.resize(0) && _file.seek(0) && _file.write(content) == content.size() && _file.flush());
+        return _file.fileName();
+    }
+
+    QByteArray _image;
+    QTemporaryFile _file;
     QHash<QString, QString> _values;
 };
 
@@ -131,7 +147,18 @@ void checkContent(ZR::ZR8BitROM &block, const QByteArray &image)
 {
     const QByteArray content = block.value(0, block.size());
     LAW(content.size() == block.size());
-    LAW(content == image || content.count('\0') == content.size());
+    LAW(content == filled(image, block.size()) || content.count('\0') == content.size());
+}
+
+/// A write changes the bytes that it reaches, and no others.
+void checkWrite(ZR::ZR8BitRAM &memory, const QByteArray &data, int pos)
+{
+    QByteArray expected = memory.value(0, memory.size());
+    const bool isInside = pos >= 0 && pos < expected.size();
+    if (isInside)
+        expected = (expected.first(pos) + data).left(expected.size()) + expected.mid(pos + data.size());
+    LAW(memory.write(data, pos) == isInside);
+    LAW(memory.value(0, memory.size()) == expected);
 }
 
 void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::vector<short> values)
@@ -168,13 +195,9 @@ void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::v
     LAW(memory.value(0, memory.size()) == content);
 }
 
-void checkMachine(const QString &settings, const QByteArray &image, const std::vector<short> &values)
+void checkMachine(const QString &settings, const QByteArray &image, const std::vector<short> &values, int pos)
 {
-    static QTemporaryFile file;
-    LAW(file.isOpen() || file.open());
-    LAW(file.resize(0) && file.seek(0) && file.write(image) == image.size() && file.flush());
-
-    TextConfig config(settings, file.fileName());
+    TextConfig config(settings, image);
     ZR::ZR8BitComputer computer;
     const bool isLoaded = computer.readFromConfig(QString(), &config);
     LAW(isLoaded != computer.isThereError());
@@ -187,7 +210,9 @@ void checkMachine(const QString &settings, const QByteArray &image, const std::v
         checkContent(*rom, image);
     for (ZR::ZR8BitRAM *ram : computer.rams())
         checkContent(*ram, image);
-    checkProgram(*computer.processors().first(), *computer.rams().first(), values);
+    ZR::ZR8BitRAM &memory = *computer.rams().first();
+    checkProgram(*computer.processors().first(), memory, values);
+    checkWrite(memory, image, pos);
     LAW(computer.readFromConfig(QString(), &config)); // the wired machine goes, and comes again
 }
 
@@ -200,9 +225,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     std::vector<short> values(RegisterCount);
     for (short &value : values)
         value = input.ConsumeIntegral<short>();
+    const int pos = input.ConsumeIntegralInRange(-1, LargestBlock);
     const ExactBytes rest = remainingBytes(input);
     const qsizetype zero = rest.bytes().indexOf('\0'); // stands between the settings and the image
     const qsizetype end = zero < 0 ? rest.bytes().size() : zero;
-    checkMachine(QString::fromUtf8(rest.bytes().first(end)), rest.bytes().mid(end + 1), values);
+    checkMachine(QString::fromUtf8(rest.bytes().first(end)), rest.bytes().mid(end + 1), values, pos);
     return 0;
 }
