@@ -9,6 +9,10 @@
 
 namespace {
 
+// Noise in place of a sound would give a warning for every other byte.
+constexpr qint64 LogWarningsShown = 20;
+qint64 logWarnings = 0;
+
 [[noreturn]] void failOutput()
 {
     throw Failure(QStringLiteral("Couldn't write to standard output!"));
@@ -18,7 +22,7 @@ void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         printError(QStringLiteral("zr8bit: error: ") + text);
-    else
+    else if (++logWarnings <= LogWarningsShown)
         printWarning(text);
 }
 
@@ -57,6 +61,12 @@ void printError(const QString &line)
 void showMessageLog()
 {
     qInstallMessageHandler(printLogMessage);
+}
+
+void finishMessageLog()
+{
+    if (logWarnings > LogWarningsShown)
+        printWarning(QStringLiteral("%1 more warnings are not shown").arg(logWarnings - LogWarningsShown));
 }
 
 void printWarning(const QString &text)

@@ -16,8 +16,12 @@ void flushOutput();
 /// Writes a line to standard error, with control characters shown as in \x0A.
 void printError(const QString &line);
 
-/// Sends what goes to Qt's message log to standard error, a line for each message.
+/// Sends what goes to Qt's message log to standard error, a line for each message, but only the first 20 of
+/// the warnings.
 void showMessageLog();
+
+/// Prints how many warnings of the message log were not shown.
+void finishMessageLog();
 
 /// Writes a line to standard error that a person should know of, where the command goes on.
 void printWarning(const QString &text);

@@ -59,10 +59,23 @@ bool isDevice(const QString &path)
     return target.exists() && !target.isFile() && !target.isDir();
 }
 
+/// Whether all of data is written. Goes on where a full disk cuts a write short: only the next one names the
+/// cause.
+bool writeAll(QFileDevice &file, const QByteArray &data)
+{
+    for (qint64 done = 0; done < data.size();) {
+        const qint64 count = file.write(data.constData() + done, data.size() - done);
+        if (count <= 0)
+            return false;
+        done += count;
+    }
+    return true;
+}
+
 /// Opens a file for writing and writes all of data to it.
 void writeFile(QFileDevice &file, const QString &path, const QByteArray &data)
 {
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.flush())
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, data) || !file.flush())
         failToWrite(path, file.errorString());
 }
 

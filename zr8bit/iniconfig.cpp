@@ -15,17 +15,30 @@ QString entryName(const QString &key)
     return key.left(point) + QLatin1Char('/') + key.mid(point + 1);
 }
 
+/// The path of a file that QSettings can take. It would take what cannot be read, or not twice, for an empty
+/// file, and crash where a huge one is more than the memory holds.
+QString checkedPath(const QString &path)
+{
+    constexpr qint64 LargestSize = 1 << 20;
+    QFile file(path);
+    qint64 size = -1;
+    if (file.open(QIODevice::ReadOnly) && !file.isSequential())
+        size = file.read(LargestSize + 1).size();
+    if (file.error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("Couldn't read settings file '%1': %2").arg(path, file.errorString()));
+    if (size < 0)
+        throw Failure(QStringLiteral("Settings file '%1' is a device or a pipe, not a file!").arg(path));
+    if (size > LargestSize)
+        throw Failure(QStringLiteral("Settings file '%1' is larger than 1 MiB!").arg(path));
+    return path;
+}
+
 } // namespace
 
 IniConfig::IniConfig(const QString &filePath)
-    : _settings(filePath, QSettings::IniFormat)
+    : _settings(checkedPath(filePath), QSettings::IniFormat)
     , _folder(QFileInfo(filePath).absoluteDir())
 {
-    // QSettings takes a file that it cannot open for an empty one.
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(
-            QStringLiteral("Couldn't read settings file '%1': %2").arg(filePath, file.errorString()));
     if (_settings.status() != QSettings::NoError)
         throw Failure(QStringLiteral("Settings file '%1' is not of INI form!").arg(filePath));
 }

@@ -13,7 +13,7 @@
 class IniConfig : public ZRConfigIface
 {
 public:
-    /// Throws Failure when the file cannot be read or is not of INI form.
+    /// Throws Failure when the file cannot be read, is not of INI form or is larger than 1 MiB.
     explicit IniConfig(const QString &filePath);
 
     QString stringValue(const QString &key, const QString &defaultValue) override;

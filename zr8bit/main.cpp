@@ -10,6 +10,8 @@
 
 #ifndef Q_OS_WIN
 #include <fcntl.h>
+
+#include <csignal>
 #endif
 
 namespace {
@@ -59,6 +61,16 @@ int runCommandLine(int argc, char *argv[])
     return CommandFailed;
 }
 
+/// Makes whatever cannot be written an error, where the system would end the program by a signal: a pipe
+/// whose reader is gone, and a file beyond the limit of its size.
+void ignoreWriteSignals()
+{
+#ifndef Q_OS_WIN
+    for (const int writeSignal : {SIGPIPE, SIGXFSZ})
+        std::signal(writeSignal, SIG_IGN);
+#endif
+}
+
 /// Takes the places of standard streams that are closed, so that no file opened later gets their numbers and
 /// is read or written in their stead. Input and output fail there.
 void reserveStandardStreams()
@@ -76,8 +88,11 @@ void reserveStandardStreams()
 
 int main(int argc, char *argv[])
 {
+    ignoreWriteSignals();
     reserveStandardStreams();
     const QCoreApplication application(argc, argv);
     showMessageLog();
-    return runCommandLine(argc, argv);
+    const int exitCode = runCommandLine(argc, argv);
+    finishMessageLog();
+    return exitCode;
 }
