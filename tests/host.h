@@ -5,6 +5,8 @@
 #include <QtCore/QProcess>
 #include <QtTest/QtTest>
 
+#include <functional>
+
 struct HostResult
 {
     int exitCode = -1; ///< -1 when the host crashed or did not end
@@ -12,9 +14,14 @@ struct HostResult
     QByteArray errors;
 };
 
-inline HostResult runHost(const QStringList &arguments, const QByteArray &input = QByteArray())
+/// Runs the host; prepare is called in its process before it starts, where the system can do so.
+inline HostResult runHost(const QStringList &arguments, const QByteArray &input = QByteArray(),
+                          [[maybe_unused]] const std::function<void()> &prepare = {})
 {
     QProcess host;
+#ifdef Q_OS_UNIX
+    host.setChildProcessModifier(prepare);
+#endif
     // Without a UTF-8 locale Qt warns on standard error.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));

@@ -101,10 +101,7 @@ private Q_SLOTS:
             int exitCode;
             const char *text;
         } rows[] = {
-            {"image encode", "text", 1,
-             "Couldn't read a picture from standard input: Unsupported image format"},
             {"image encode", hugePng(), 1, "60000 x 60000 pixels, which is too large!"},
-            {"image decode --width 2", "", 1, "There are no bytes in standard input!"},
             {"image decode --width 1", QByteArray(1100000, 'x'), 1,
              "Couldn't make a PNG of 1 x 1100000 pixels"},
             {"image decode --width 65536", "x", 2, "'65536' is not a number from 1 to 65535"},
@@ -123,7 +120,6 @@ private Q_SLOTS:
     {
         const QString kept = path("kept");
         writeFile(kept, "old");
-        QCOMPARE(run("image encode -o %1", kept, "text").exitCode, 1);
         QVERIFY(run("sprite decode --width 1 --height 1 -o %1", kept, "ab")
                     .errors.contains("The folder cannot be made"));
         QCOMPARE(readFile(kept), QByteArray("old"));

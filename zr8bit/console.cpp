@@ -42,7 +42,8 @@ void printBytes(const QByteArray &bytes)
 
 void flushOutput()
 {
-    if (std::fflush(stdout) != 0)
+    // An earlier flush, as that of a help text, may have failed.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         failOutput();
 }
 
