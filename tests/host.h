@@ -9,10 +9,25 @@
 
 struct HostResult
 {
-    int exitCode = -1; ///< -1 when the host crashed or did not end
+    int exitCode = -1; ///< -1 when the process crashed or did not end
     QByteArray output;
     QByteArray errors;
 };
+
+inline HostResult runProcess(QProcess &process, const QString &program, const QStringList &arguments,
+                             const QByteArray &input = QByteArray())
+{
+    // Without a UTF-8 locale Qt warns on standard error.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
 
 /// Runs the host; prepare is called in its process before it starts, where the system can do so.
 inline HostResult runHost(const QStringList &arguments, const QByteArray &input = QByteArray(),
@@ -22,16 +37,7 @@ inline HostResult runHost(const QStringList &arguments, const QByteArray &input 
 #ifdef Q_OS_UNIX
     host.setChildProcessModifier(prepare);
 #endif
-    // Without a UTF-8 locale Qt warns on standard error.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    host.setProcessEnvironment(environment);
-    host.start(QStringLiteral(ZR_HOST), arguments);
-    host.write(input);
-    host.closeWriteChannel();
-    if (!host.waitForFinished(60000) || host.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {host.exitCode(), host.readAllStandardOutput(), host.readAllStandardError()};
+    return runProcess(host, QStringLiteral(ZR_HOST), arguments, input);
 }
 
 /// Runs a command line without blanks in its words, in which %1 stands for a path.

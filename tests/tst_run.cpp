@@ -99,6 +99,7 @@ private Q_SLOTS:
                                 dir.path().toLocal8Bit() + "/none.bin'!";
         QVERIFY2(result.errors.startsWith(text + " [zr8bitlib/zr8bitcomputer:"), result.errors);
         QVERIFY2(result.errors.endsWith("zr8bit: " + text + '\n'), result.errors);
+        QVERIFY(run("run %1", dir.path()).errors.startsWith("zr8bit: Couldn't read settings file '"));
     }
 
     void describe()

@@ -2,6 +2,7 @@
 #include "console.h"
 #include "failure.h"
 #include "numbers.h"
+#include "options.h"
 
 #include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitprocbase.h>
@@ -117,6 +118,7 @@ void addDescribeCommand(CLI::App &app)
     CLI::App *command =
         app.add_subcommand("describe", "Print what a processor says of itself: texts, registers "
                                        "and instruction table.");
+    addExamples(*command, {"zr8bit describe", "zr8bit describe MOS6510 | grep ADC"});
     auto type = std::make_shared<std::string>("MOS6510");
     command->add_option("TYPE", *type, "Processor type")->capture_default_str();
     command->callback([type] { describe(fromArgument(*type)); });

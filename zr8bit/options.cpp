@@ -5,6 +5,30 @@
 
 #include <CLI/CLI.hpp>
 
+#include <memory>
+
+namespace {
+
+/// Writes the help text behind a text of examples.
+class ExamplesFormatter : public CLI::Formatter
+{
+public:
+    explicit ExamplesFormatter(const std::string &examples)
+        : _examples(examples)
+    {
+    }
+
+    std::string make_help(const CLI::App *app, std::string name, CLI::AppFormatMode mode) const override
+    {
+        return _examples + CLI::Formatter::make_help(app, name, mode);
+    }
+
+private:
+    std::string _examples;
+};
+
+} // namespace
+
 CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
                              NumberRange range, std::optional<int> &target, const std::string &description)
 {
@@ -34,6 +58,14 @@ void addFiles(CLI::App &command, Files &files)
 {
     addInputArgument(command, files.input, "File to read");
     addOutputOption(command, files.output, "File to write, whole or not at all");
+}
+
+void addExamples(CLI::App &command, const std::vector<std::string> &lines)
+{
+    std::string examples = "Examples:\n";
+    for (const std::string &line : lines)
+        examples += "  " + line + '\n';
+    command.formatter(std::make_shared<ExamplesFormatter>(examples + '\n'));
 }
 
 void failOption(const std::string &name, const QString &value, const QString &expected)

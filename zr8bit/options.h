@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -38,6 +39,10 @@ struct Files
 
 /// Adds both for a conversion that takes any file.
 void addFiles(CLI::App &command, Files &files);
+
+/// Makes the help text of a command begin with examples. They work where the examples folder is, by
+/// themselves and without a warning.
+void addExamples(CLI::App &command, const std::vector<std::string> &lines);
 
 /// Ends parsing: the value of an option is not what it takes.
 [[noreturn]] void failOption(const std::string &name, const QString &value, const QString &expected);

@@ -54,9 +54,10 @@ void decode(const Options &options)
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
-                   void (*convert)(const Options &))
+                   const std::vector<std::string> &examples, void (*convert)(const Options &))
 {
     CLI::App *command = group.add_subcommand(name, description);
+    addExamples(*command, examples);
     auto options = std::make_shared<Options>();
     addFiles(*command, options->files);
     command
@@ -86,6 +87,13 @@ void addSoundCommand(CLI::App &app)
 {
     CLI::App *group = app.add_subcommand("sound", "Convert sounds to and from the TVC's byte stream.");
     group->require_subcommand(1);
-    addConversion(*group, "encode", "Convert a text of decimal numbers to a byte stream.", encode);
-    addConversion(*group, "decode", "Convert a byte stream to a text of decimal numbers.", decode);
+    addConversion(*group, "encode", "Convert a text of decimal numbers to a byte stream.",
+                  {"zr8bit sound encode examples/scale.txt -o scale.snd",
+                   "echo '800 5 900 5' | zr8bit sound encode --format pd --separator ' ' > siren.snd"},
+                  encode);
+    addConversion(
+        *group, "decode", "Convert a byte stream to a text of decimal numbers.",
+        {"zr8bit sound encode examples/scale.txt | zr8bit sound decode",
+         "zr8bit sound encode examples/scale.txt | zr8bit sound decode --separator ' ' -o scale.txt"},
+        decode);
 }

@@ -160,6 +160,9 @@ void addSpriteCommand(CLI::App &app)
     auto options = std::make_shared<Options>();
 
     CLI::App *command = group->add_subcommand("encode", "Turn pictures into the frames of a sprite.");
+    addExamples(*command,
+                {"zr8bit sprite encode examples/coin-?.png -o coin.bin",
+                 "zr8bit sprite encode --transparent black examples/sunset.png > sunset-sprite.bin"});
     command
         ->add_option("INPUT", options->inputs,
                      "Pictures of any format that Qt reads, such as PNG, one a frame; - is standard input")
@@ -174,6 +177,10 @@ void addSpriteCommand(CLI::App &app)
 
     command =
         group->add_subcommand("decode", "Turn each frame of a sprite into a PNG with transparent pixels.");
+    addExamples(
+        *command,
+        {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite decode --width 16 --height 16 -o coin",
+         "zr8bit sprite decode examples/all-modes.bin --width 8 --height 8 -o modes"});
     addSpriteOptions(*command, *options);
     command->add_option("-o,--output", options->output, "Folder for frame-000.png, frame-001.png and so on")
         ->type_name("DIR")
@@ -183,6 +190,9 @@ void addSpriteCommand(CLI::App &app)
     command->callback([options] { decode(*options); });
 
     command = group->add_subcommand("preview", "Show all frames of a sprite side by side, as PNG.");
+    addExamples(*command, {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite preview --width 16 "
+                           "--height 16 --scale 8 -o coin.png",
+                           "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
     addSpriteOptions(*command, *options);
     addOutputOption(*command, options->output, "File for the PNG");
     addScaleOption(*command, options->scale);

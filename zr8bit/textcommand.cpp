@@ -56,9 +56,10 @@ void decode(const Options &options)
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
-                   void (*convert)(const Options &))
+                   const std::vector<std::string> &examples, void (*convert)(const Options &))
 {
     CLI::App *command = group.add_subcommand(name, description);
+    addExamples(*command, examples);
     auto options = std::make_shared<Options>();
     addFiles(*command, options->files);
     command->add_flag("--lines", options->lines,
@@ -75,6 +76,12 @@ void addTextCommand(CLI::App &app)
 {
     CLI::App *group = app.add_subcommand("text", "Convert text to and from the TVC's character code.");
     group->require_subcommand(1);
-    addConversion(*group, "encode", "Convert UTF-8 text to TVC codes, one byte a character.", encode);
-    addConversion(*group, "decode", "Convert TVC codes to UTF-8 text.", decode);
+    addConversion(*group, "encode", "Convert UTF-8 text to TVC codes, one byte a character.",
+                  {"zr8bit text encode --lines examples/greeting.txt -o greeting.tvc",
+                   "printf HELLO | zr8bit text encode > word.tvc"},
+                  encode);
+    addConversion(*group, "decode", "Convert TVC codes to UTF-8 text.",
+                  {"zr8bit text encode --lines examples/greeting.txt | zr8bit text decode --lines",
+                   "zr8bit text decode --lines examples/title.rom -o title.txt"},
+                  decode);
 }

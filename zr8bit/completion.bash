@@ -1,0 +1,36 @@
+# Completion of zr8bit for bash.
+
+_zr8bit()
+{
+    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local group=${COMP_WORDS[1]} choices= kind=file
+
+    case "$COMP_CWORD $group $previous" in
+        1\ *) choices='run describe text db sound image sprite --help --version' kind= ;;
+        2\ text\ * | 2\ db\ * | 2\ sound\ *) choices='encode decode --help' kind= ;;
+        2\ image\ * | 2\ sprite\ *) choices='encode decode preview --help' kind= ;;
+        *\ describe\ *) choices='MOS6510 --help' kind= ;;
+        *\ --newline) choices='lf cr crlf' kind= ;;
+        *\ --processor | *\ --memory | *\ --set | *\ --start | *\ --until | *\ --steps | *\ --per-line | \
+            *\ --format | *\ --separator | *\ --width | *\ --height | *\ --scale | *\ --transparent)
+            kind= ;;
+        *\ sprite\ -o | *\ sprite\ --output) [[ ${COMP_WORDS[2]} != decode ]] || kind=directory ;;
+        *) [[ $word != -* ]] || case "$group ${COMP_WORDS[2]}" in
+            run\ *) choices='--processor --memory --load --set --start --until --steps --trace --log --help' ;;
+            text\ *) choices='--lines --output --help' ;;
+            db\ encode) choices='--hex --padded --per-line --newline --output --help' ;;
+            db\ decode | image\ encode) choices='--output --help' ;;
+            sound\ *) choices='--format --separator --output --help' ;;
+            image\ decode) choices='--width --output --help' ;;
+            image\ preview) choices='--scale --output --help' ;;
+            sprite\ encode) choices='--transparent --output --help' ;;
+            sprite\ decode) choices='--width --height --output --help' ;;
+            sprite\ preview) choices='--width --height --scale --output --help' ;;
+        esac ;;
+    esac
+
+    mapfile -t COMPREPLY < <(compgen ${choices:+-W "$choices"} ${kind:+-A "$kind"} -- "$word")
+    [[ -z $kind ]] || compopt -o filenames 2>/dev/null
+}
+
+complete -F _zr8bit zr8bit
