@@ -3,7 +3,7 @@
 _zr8bit()
 {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local group=${COMP_WORDS[1]} choices= kind=file
+    local group=${COMP_WORDS[1]} choices='' kind=file
 
     case "$COMP_CWORD $group $previous" in
         1\ *) choices='run describe text db sound image sprite --help --version' kind= ;;
