@@ -20,8 +20,8 @@ private Q_SLOTS:
             const char *errors; // the start of standard error
         } rows[] = {
             {"text|encode|--lines", "\xEF\xBB\xBFŰr\r\n", 0, "\x88r\r\n", ""},
-            {"text|encode|-", "a\nb", 0, "a b",
-             "zr8bit: warning: 1 of 3 characters have no counterpart and became spaces\n"},
+            {"text|encode|-", "a\nb c", 0, "a b c",
+             "zr8bit: warning: 1 of 5 characters have no counterpart and became spaces\n"},
             {"text|decode|--lines", "\x88r\r\n\x95", 0, "Űr\r\nő", ""},
             {"text|encode", "ab\xEF-", 1, "",
              "zr8bit: standard input is not UTF-8 text from the byte at offset 2 on!"},
@@ -50,6 +50,16 @@ private Q_SLOTS:
             QVERIFY2(result.errors.startsWith(row.errors) && (*row.errors || result.errors.isEmpty()),
                      result.errors);
             QVERIFY2(result.exitCode == row.exitCode && result.output == row.output, row.arguments);
+        }
+    }
+
+    void badLines()
+    {
+        for (int bad = 1; bad <= 7; ++bad) {
+            QByteArrayList lines(7, "DB 1");
+            lines[bad - 1] = "DB x";
+            const QByteArray errors = run("db decode", {}, lines.join('\n')).errors;
+            QVERIFY2(errors.contains("line " + QByteArray::number(bad) + ": 'DB x'"), errors);
         }
     }
 

@@ -4,6 +4,7 @@
 
 #include <zr8bitlib/zr8bittvccolor16.h>
 
+#include <QtGui/QColorSpace>
 #include <QtGui/QImage>
 
 using namespace Qt::StringLiterals;
@@ -28,13 +29,15 @@ private Q_SLOTS:
     // Each conversion by name and through the standard streams.
     void image()
     {
-        const QString picture = path("odd.bmp");
+        const QString picture = path("odd.png");
         const QImage source = QImage(examplePath("sunset.png")).copy(90, 90, 33, 20);
-        QVERIFY(source.save(picture));
+        QImage tagged = source;
+        tagged.setColorSpace(QColorSpace::AdobeRgb); // which does not count
+        QVERIFY(tagged.save(picture));
         const QImage preview = TVC::QImageToTVC16ColoredQImage(source);
         const QByteArray stream = TVC::QImageToTVC16Bin(source);
 
-        QCOMPARE(run("image encode %1/odd.bmp -o %1/out", _dir.path()).exitCode, 0);
+        QCOMPARE(run("image encode %1/odd.png -o %1/out", _dir.path()).exitCode, 0);
         QCOMPARE(readFile(path("out")), stream);
         QCOMPARE(run("image encode", {}, readFile(picture)).output, stream);
         QCOMPARE(QImage::fromData(run("image decode - --width 33", {}, stream).output, "png"), preview);
@@ -42,6 +45,7 @@ private Q_SLOTS:
         QCOMPARE(result.errors, QByteArray());
         QCOMPARE(run("image preview - --scale $3", {}, readFile(picture)).output, result.output);
         const QImage large = QImage::fromData(result.output, "png");
+        QVERIFY(!large.colorSpace().isValid());
         QCOMPARE(large.convertToFormat(preview.format()), preview.scaled(preview.size() * 3));
     }
 
@@ -68,6 +72,14 @@ private Q_SLOTS:
         QCOMPARE(sheet.size(), QSize(32, 16));
         QCOMPARE(sheet.pixel(16, 0), sheet.pixel(0, 0));
         QVERIFY(sheet.pixel(2, 0) != sheet.pixel(0, 0));
+    }
+
+    void partialMask()
+    {
+        // Only all four bits of a pixel make it transparent.
+        QCOMPARE(run("sprite decode --width 2 --height 1 -o %1", path("bits"), "\x02\xD4").exitCode, 0);
+        const QImage frame(path("bits/frame-000.png"));
+        QVERIFY(qAlpha(frame.pixel(0, 0)) == 255 && qAlpha(frame.pixel(1, 0)) == 255);
     }
 
     void cutStreams()

@@ -75,6 +75,7 @@ private Q_SLOTS:
              "--start: '65536' is not a number from 0 to 65535, written as 512, 0x200 or $200"},
             {"--start 5\u00a0", 2, "is not a number"},
             {"--until 0x0x1", 2, "'0x0x1' is not a number"},
+            {"--until +1", 2, "'+1' is not a number"},
             {"--steps -1", 2, "'-1' is not a number"},
             {"--load none", 2, "'none' is not of the form FILE@ADDRESS"},
             {"--set =1", 2, "'=1' is not of the form REGISTER=VALUE"},

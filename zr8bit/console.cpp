@@ -56,6 +56,7 @@ void printError(const QString &line)
         else
             shown += character;
     }
+    std::fflush(stdout); // what was printed before comes before, also where both go to one place
     std::fprintf(stderr, "%s\n", shown.toLocal8Bit().constData());
 }
 

@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "console.h"
 #include "failure.h"
+#include "machine.h"
 #include "numbers.h"
 #include "options.h"
 
@@ -99,8 +100,7 @@ void describe(const QString &type)
     ZR::ZR8BitComputer computer;
     if (!computer.readFromConfig(QString(), &config))
         throw Failure(computer.lastErrorStr());
-    // Every processor that a computer creates derives from ZR8BitProcBase.
-    auto *processor = static_cast<ZR::ZR8BitProcBase *>(computer.processors().value(QStringLiteral("CPU")));
+    ZR::ZR8BitProcBase *processor = processorBase(computer.processors().value(QStringLiteral("CPU")));
     if (!processor->init())
         throw Failure(processor->lastErrorStr());
 

@@ -30,6 +30,11 @@ Object *chosen(const QMap<QString, Object *> &objects, const QString &name, cons
 
 } // namespace
 
+ZR::ZR8BitProcBase *processorBase(ZR8BitProcessorIface *processor)
+{
+    return static_cast<ZR::ZR8BitProcBase *>(processor);
+}
+
 Machine::Machine(const QString &settingsPath, const QString &memoryName, const QString &processorName,
                  bool logFailures)
 {
@@ -40,9 +45,8 @@ Machine::Machine(const QString &settingsPath, const QString &memoryName, const Q
         throw Failure(_computer.lastErrorStr());
 
     _memory = chosen(_computer.rams(), memoryName, QStringLiteral("RAM"), QStringLiteral("--memory"));
-    // Every processor that a computer creates derives from ZR8BitProcBase.
-    _processor = static_cast<ZR::ZR8BitProcBase *>(chosen(
-        _computer.processors(), processorName, QStringLiteral("processor"), QStringLiteral("--processor")));
+    _processor = processorBase(chosen(_computer.processors(), processorName, QStringLiteral("processor"),
+                                      QStringLiteral("--processor")));
     if (logFailures) {
         _memory->setLogger(&_logger);
         _processor->setLogger(&_logger);

@@ -10,6 +10,9 @@ class ZR8BitProcBase;
 class ZR8BitRegister;
 } // namespace ZR
 
+/// A processor as the class that every processor of a computer derives from.
+ZR::ZR8BitProcBase *processorBase(ZR8BitProcessorIface *processor);
+
 /// A machine of a settings file, with one of its RAM blocks as the main memory of one of its processors.
 /// Every operation that can fail throws Failure.
 class Machine
