@@ -52,11 +52,32 @@ void checkMask(const QByteArray &frame)
     }
 }
 
-void check(const QImage &image, QColor transparent)
+/// The pixels of 32 bits, one by one.
+void checkPixels(const QImage &image, QRgb key, const QImage &preview, const QByteArray &stream,
+                 const QByteArray &frame)
+{
+    const int rowSize = (image.width() + 1) / 2;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (int x = 0; x < 2 * rowSize; ++x) {
+            const qsizetype place = y * rowSize + x / 2;
+            const int bits = x % 2 == 0 ? 0xAA : 0x55;
+            const bool isBeyond = x == image.width();
+            const bool isClear =
+                image.format() == QImage::Format_ARGB32 && !isBeyond && qAlpha(line[x]) < 128;
+            const bool isTransparent = isBeyond || isClear || (line[x] & RGB_MASK) == (key & RGB_MASK);
+            LAW((frame[stream.size() + place] & bits) == (isTransparent ? bits : 0));
+            LAW((frame[place] & bits) == (isTransparent ? 0 : stream[place] & bits));
+            LAW(isBeyond || preview.pixelColor(x, y) == TVC::closestColor(QColor(line[x])));
+        }
+    }
+}
+
+void check(const QImage &image, QRgb key)
 {
     const QByteArray stream = TVC::QImageToTVC16Bin(image);
     const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-    const QByteArray frame = TVC::QImageToTVC16SpriteFrame(image, transparent);
+    const QByteArray frame = TVC::QImageToTVC16SpriteFrame(image, QColor(key));
     const qsizetype plane = (image.width() + 1) / 2 * image.height();
     LAW(stream.size() == plane && frame.size() == 2 * plane);
     LAW(preview.size() == image.size() && preview.isNull() == image.isNull());
@@ -64,15 +85,11 @@ void check(const QImage &image, QColor transparent)
     if (image.isNull())
         return;
     LAW(preview.format() == QImage::Format_RGB32 && TVC::QImageToTVC16ColoredQImage(preview) == preview);
-    LAW(TVC::QImageFromTVC16SpriteFrame(frame, image.width()).size() == image.size());
     // Of premultiplied pixels the writer takes the words as they stand, the preview the colours.
     if (image.format() != QImage::Format_ARGB32_Premultiplied)
         LAW(TVC::QImageFromTVC16Bin(stream, image.width()) == preview);
-    if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32) {
-        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(0));
-        for (int x = 0; x < image.width(); ++x)
-            LAW(preview.pixelColor(x, 0) == TVC::closestColor(QColor(line[x])));
-    }
+    if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32)
+        checkPixels(image, key, preview, stream, frame);
 }
 
 } // namespace
@@ -84,7 +101,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
         input.ConsumeIntegralInRange<int>(QImage::Format_Mono, QImage::NImageFormats - 1));
     const int width = input.ConsumeIntegralInRange(0, LargestSide);
     const int height = input.ConsumeIntegralInRange(0, LargestSide);
-    const QColor transparent(input.ConsumeIntegral<QRgb>());
+    const bool isKeyPixel = input.ConsumeBool();
+    const auto otherKey = input.ConsumeIntegral<QRgb>();
     const auto padding = input.ConsumeIntegralInRange<qsizetype>(1, 3);
     std::vector<QRgb> colors(input.ConsumeIntegralInRange<size_t>(0, 256));
     for (QRgb &color : colors)
@@ -96,12 +114,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     setColors(padded.image, colors);
     setColors(wider.image, colors);
     const std::vector<char> before = padded.memory;
-    check(padded.image, transparent);
+    const QRgb key = isKeyPixel && !padded.image.isNull() ? padded.image.pixel(0, 0) : otherKey;
+    check(padded.image, key);
     LAW(padded.memory == before);
     // What stands between the lines does not matter.
     LAW(TVC::QImageToTVC16Bin(padded.image) == TVC::QImageToTVC16Bin(wider.image));
-    LAW(TVC::QImageToTVC16SpriteFrame(padded.image, transparent) ==
-        TVC::QImageToTVC16SpriteFrame(wider.image, transparent));
+    LAW(TVC::QImageToTVC16SpriteFrame(padded.image, QColor(key)) ==
+        TVC::QImageToTVC16SpriteFrame(wider.image, QColor(key)));
     LAW(TVC::QImageToTVC16ColoredQImage(padded.image) == TVC::QImageToTVC16ColoredQImage(wider.image));
     return 0;
 }

@@ -8,6 +8,7 @@
 #include <zr8bitlib/zr8bitregister.h>
 #include <zrbaselib/zrconfigiface.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QStringList>
 #include <QtCore/QTemporaryFile>
 
@@ -142,12 +143,14 @@ int valueOf(const QMap<QString, ZR::ZR8BitRegister *> &registers, const char *id
     return reg->value() & (reg->regType() == ZR::ZR8BitRegType8Bit ? 0xFF : 0xFFFF);
 }
 
-/// The content of a block is the image or zeros.
-void checkContent(ZR::ZR8BitROM &block, const QByteArray &image)
+/// The content of a block is the image, or zeros when it has no file.
+void checkContent(ZR::ZR8BitROM &block, const QString &filePathKey, TextConfig &config,
+                  const QByteArray &image)
 {
     const QByteArray content = block.value(0, block.size());
     LAW(content.size() == block.size());
-    LAW(content == filled(image, block.size()) || content.count('\0') == content.size());
+    const bool hasFile = !config.stringValue(filePathKey, QString()).isEmpty();
+    LAW(content == (hasFile ? filled(image, block.size()) : QByteArray(block.size(), '\0')));
 }
 
 /// A write changes the bytes that it reaches, and no others.
@@ -179,6 +182,7 @@ void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::v
                 valueOf(registers, "YR"),
                 valueOf(registers, "PC"),
                 valueOf(registers, "PS")};
+    const int sp = valueOf(registers, "SP"); // which no instruction touches
     for (int i = 0, issues = 0; i < StepCount && issues < LargestIssueCount; ++i) {
         const int length = model.step();
         LAW(processor.step() == (length > 0 ? length : -1) && processor.hardwareIssue() == (length == 0));
@@ -190,7 +194,8 @@ void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::v
             registers.value(QStringLiteral("PC"))->setValue(static_cast<short>(model.pc));
         }
         LAW(valueOf(registers, "AC") == model.ac && valueOf(registers, "PC") == model.pc &&
-            valueOf(registers, "PS") == model.ps);
+            valueOf(registers, "PS") == model.ps && valueOf(registers, "XR") == model.xr &&
+            valueOf(registers, "YR") == model.yr && valueOf(registers, "SP") == sp);
     }
     LAW(memory.value(0, memory.size()) == content);
 }
@@ -206,10 +211,10 @@ void checkMachine(const QString &settings, const QByteArray &image, const std::v
         LAW(computer.roms().isEmpty());
         return;
     }
-    for (ZR::ZR8BitROM *rom : computer.roms())
-        checkContent(*rom, image);
-    for (ZR::ZR8BitRAM *ram : computer.rams())
-        checkContent(*ram, image);
+    for (const auto &[name, rom] : computer.roms().asKeyValueRange())
+        checkContent(*rom, QStringLiteral("ROM_%1.FilePath").arg(name), config, image);
+    for (const auto &[name, ram] : computer.rams().asKeyValueRange())
+        checkContent(*ram, QStringLiteral("RAM_%1.FilePath").arg(name), config, image);
     ZR::ZR8BitRAM &memory = *computer.rams().first();
     checkProgram(*computer.processors().first(), memory, values);
     checkWrite(memory, image, pos);

@@ -49,6 +49,15 @@ void checkPicture(const QByteArray &stream, int width)
     LAW(TVC::QImageToTVC16ColoredQImage(picture) == picture);
 }
 
+/// The colours of a frame with all bits of transparent pixels set.
+QByteArray mergedPlanes(const QByteArray &frame)
+{
+    QByteArray merged = frame.first(frame.size() / 2);
+    for (qsizetype i = 0; i < merged.size(); ++i)
+        merged[i] = static_cast<char>(merged[i] | frame[merged.size() + i]);
+    return merged;
+}
+
 void checkSprite(const QByteArray &stream, int width, int height)
 {
     const QList<QImage> frames = TVC::QImagesFromTVC16Sprite(stream, width, height);
@@ -61,7 +70,8 @@ void checkSprite(const QByteArray &stream, int width, int height)
     for (qsizetype i = 0; i < frames.size(); ++i) {
         const QByteArray frame = stream.mid(i * frameSize, frameSize);
         LAW(frames[i] == TVC::QImageFromTVC16SpriteFrame(frame, width));
-        LAW(frame.size() < frameSize || frames[i].size() == QSize(width, height));
+        if (frame.size() == frameSize)
+            LAW(frames[i] == TVC::QImageFromTVC16Bin(mergedPlanes(frame), width));
     }
     if (stream.size() % frameSize != 0)
         return;

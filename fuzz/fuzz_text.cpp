@@ -14,8 +14,11 @@ void checkDecode(const QByteArray &codes)
     LAW(text.size() == codes.size());
     const QByteArray back = ZR8BitTVC::QStringToTVCStr(text);
     LAW(back.size() == codes.size());
-    for (qsizetype i = 0; i < codes.size(); ++i)
-        LAW(back[i] == codes[i] || (text[i] == u' ' && back[i] == ' '));
+    for (qsizetype i = 0; i < codes.size(); ++i) {
+        const auto code = static_cast<unsigned char>(codes[i]);
+        const bool isUsed = code >= 0x20 && code <= 0x9F;
+        LAW(back[i] == (isUsed ? codes[i] : ' ') && (isUsed || text[i] == u' '));
+    }
 }
 
 void checkEncode(const QString &text)
