@@ -34,7 +34,7 @@ private Q_SLOTS:
              "zr8bit: warning: The listing in standard input holds no DB values\n"},
             {"db|decode", "DB 1\r\nDB 2\rDB 3\nDB 1,\n x\x1B,2\nDB 6", 1, "",
              "zr8bit: standard input, line 5: 'x\\x1B,2' holds what is not a number!\n"},
-            {"db|encode|--per-line|-1", "1", 2, "", "--per-line: '-1' is not a number from 0"},
+            {"db|encode|--per-line|-1", "1", 2, "", "zr8bit: --per-line: '-1' is not a number from 0"},
             {"sound|encode", "15,1000,20,240,\r\n", 0, "\x0F\x03\xE8\x14\xF0", ""},
             {"sound|decode", "\x0F\x03\xE8\x14\xF0", 0, "15,1000,020,240\n", ""},
             {"sound|encode|--format|V|--separator|; ", "16; 1; \n", 0, "\x0F\x01\xF0",
@@ -42,7 +42,9 @@ private Q_SLOTS:
             {"sound|encode", "1,2\n,x", 1, "",
              "zr8bit: error: ZR8BitTVCSound::soundToBin(): Invalid data: 'x' on index: 2!\n"
              "zr8bit: Couldn't convert standard input!\n"},
-            {"sound|decode|--separator|", "", 2, "", "--separator: '' is not a text without digits"},
+            {"sound|decode|--format|vx", "", 2, "", "zr8bit: --format: 'vx' is not one or more of"},
+            {"text|endcode", "", 2, "", "zr8bit: 'endcode' is not known here\n"},
+            {"sound|decode|--separator|", "", 2, "", "zr8bit: --separator: '' is not a text without digits"},
             {"text|decode|-o|", "x", 1, "", "zr8bit: Couldn't write '': "},
         };
         for (const auto &row : rows) {

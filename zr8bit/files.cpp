@@ -26,6 +26,9 @@
 
 namespace {
 
+constexpr qint64 LargestInput = 256 << 20; // bytes; a device may have no end
+constexpr qint64 PieceSize = 1 << 20;
+
 bool isStandardStream(const QString &path)
 {
     return path == QLatin1String("-");
@@ -92,7 +95,12 @@ QByteArray readInput(const QString &path)
     } else if (!file.open(QIODevice::ReadOnly)) {
         failToRead(path, file);
     }
-    QByteArray data = file.readAll();
+    QByteArray data;
+    for (QByteArray piece = file.read(PieceSize); !piece.isEmpty(); piece = file.read(PieceSize)) {
+        data += piece;
+        if (data.size() > LargestInput)
+            throw Failure(QStringLiteral("%1 is larger than 256 MiB!").arg(inputName(path)));
+    }
     if (file.error() != QFileDevice::NoError)
         failToRead(path, file);
     return data;

@@ -6,8 +6,8 @@
 
 // Input and output of the sub-commands that convert. "-" means standard input or output.
 
-/// All bytes of the input. Throws Failure when they cannot be read, and asks for the help text instead of
-/// waiting when standard input is a terminal.
+/// All bytes of the input. Throws Failure when they cannot be read or are more than 256 MiB, and asks for the
+/// help text instead of waiting when standard input is a terminal.
 QByteArray readInput(const QString &path);
 
 /// The input as a text, without a byte order mark. Throws Failure as readInput(), and for what is not UTF-8.

@@ -2,13 +2,13 @@
 
 #include "console.h"
 #include "failure.h"
+#include "files.h"
 #include "iniconfig.h"
 #include "numbers.h"
 
 #include <zr8bitlib/zr8bitprocbase.h>
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bitregister.h>
-#include <zrbaselib/zrutils.h>
 
 namespace {
 
@@ -58,9 +58,7 @@ Machine::Machine(const QString &settingsPath, const QString &memoryName, const Q
 
 void Machine::loadFile(const QString &filePath, int address)
 {
-    QByteArray content;
-    if (!ZR::ZRUtils::readFile(filePath, content))
-        throw Failure(QStringLiteral("Couldn't read file '%1'!").arg(filePath));
+    const QByteArray content = readInput(filePath);
     if (content.size() > _memory->size() - address)
         throw Failure(QStringLiteral("File '%1' of %2 bytes does not fit at %3 into a memory of %4 bytes!")
                           .arg(filePath, QString::number(content.size()), addressText(address),

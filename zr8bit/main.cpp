@@ -23,13 +23,23 @@ enum ExitCode
     WrongCommandLine = 2
 };
 
-/// Runs the sub-command, or prints the help or what is wrong with the command line.
+/// Runs the sub-command, or prints the help or what is wrong with the command line. Returns the exit code.
 int parse(CLI::App &app, int argc, char *argv[])
 {
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success &help) {
+        app.exit(help);
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? Success : WrongCommandLine;
+        // The parser calls a command missing where it is one that it does not know.
+        const std::vector<std::string> unknown = app.remaining(true);
+        printError(
+            QStringLiteral("zr8bit: %1")
+                .arg(unknown.empty()
+                         ? fromArgument(error.what())
+                         : QStringLiteral("'%1' is not known here").arg(fromArgument(unknown.front()))));
+        printError(QStringLiteral("Run with --help for more information."));
+        return WrongCommandLine;
     }
     return Success;
 }

@@ -72,6 +72,11 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
     command->footer("A value out of range becomes the largest one, with a warning. The text ends with the\n"
                     "number 240, the stream with the byte 0xF0; an end that is missing is added.");
     command->callback([convert, options] {
+        const QString format = fromArgument(options->format);
+        if (format.isEmpty() || std::any_of(format.begin(), format.end(), [](QChar letter) {
+                return !QStringLiteral("vpd").contains(letter, Qt::CaseInsensitive);
+            }))
+            failOption("--format", format, QStringLiteral("one or more of the letters v, p and d"));
         // Numbers that run into each other could not be read back.
         const QString separator = fromArgument(options->separator);
         if (separator.isEmpty() || std::any_of(separator.begin(), separator.end(),

@@ -73,12 +73,12 @@ QList<QImage> readFrames(const Options &options)
     const QByteArray stream = readStream(path, frameSize, QStringLiteral("frames"));
     QList<QImage> frames = TVC::QImagesFromTVC16Sprite(stream, *options.width, *options.height);
     // One row of the first plane, which may be left of a cut frame, makes no picture.
-    if (stream.size() % frameSize != 0 && frames.last().isNull())
+    if (stream.size() % frameSize == bytesPerRow(*options.width))
         frames.removeLast();
     for (qsizetype i = 0; i < frames.size(); ++i) {
-        if (frames.at(i).isNull())
-            failTooLarge();
         frames[i] = applyMask(frames.at(i), stream.mid(i * frameSize, frameSize));
+        if (frames.at(i).isNull()) // there was not enough memory for it
+            failTooLarge();
     }
     if (frames.isEmpty())
         throw Failure(QStringLiteral("There is no frame in %1!").arg(inputName(path)));
