@@ -18,12 +18,13 @@ class ZR8BitRegister;
 
 /// A processor, whatever its model. Hosts hold processors by this type.
 ///
-/// Order of use: construct, readFromConfig(), init(), setMainMemory(), then step() as often as wished. To be
-/// used from one thread at a time; handlers of instructions run on that thread.
+/// Order of use: construct, readFromConfig(), setMainMemory() and init(), then step() as often as wished. To
+/// be used from one thread at a time; handlers of instructions run on that thread.
 ///
 /// What runs an instruction returns 0 when nothing ran because the processor is paused or has a hardware
-/// issue, the count of bytes consumed on success, and -1 on failure. A failure sets a hardware issue, so that
-/// every later call returns 0 until resetHardwareIssue().
+/// issue, the count of bytes consumed when it ran, and -1 when there is none to run. A failure sets a
+/// hardware issue, so that every later call returns 0 until resetHardwareIssue(). That includes a failure
+/// within the instruction, which counts as run all the same.
 class ZR8BITLIB_EXPORT ZR8BitProcessorIface
 {
 public:

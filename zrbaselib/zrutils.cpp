@@ -2,6 +2,8 @@
 
 #include <QtCore/QFile>
 
+#include <new>
+
 namespace ZR {
 
 bool ZRUtils::readFile(const QString &path, QByteArray &data)
@@ -9,7 +11,11 @@ bool ZRUtils::readFile(const QString &path, QByteArray &data)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    data = file.readAll();
+    try {
+        data = file.readAll();
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
     return file.error() == QFileDevice::NoError;
 }
 

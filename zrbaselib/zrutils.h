@@ -12,7 +12,8 @@ class ZRBASELIB_EXPORT ZRUtils
 {
 public:
     /// Reads the whole file into data. Returns false, with data undefined, when the file cannot be opened or
-    /// read to its end.
+    /// read to its end, or when there is not enough memory for it: a device without an end takes all there
+    /// is.
     static bool readFile(const QString &path, QByteArray &data);
 };
 

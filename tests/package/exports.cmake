@@ -20,10 +20,10 @@ execute_process(COMMAND "${NM}" -D --defined-only "${LIBRARY}"
     OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]+" symbols "${symbols}")
 
-# Members, what the compiler makes for a class (T) and what guards a local constant of a member (GVZ).
+# Members, and what the compiler makes for a class (T).
 set(silent_classes ${classes})
 foreach(symbol IN LISTS symbols)
-    if(symbol MATCHES " _Z(T[ISV]|Th[n0-9]+_|GVZ)?(NK?)?(2ZR)?(${any_class})")
+    if(symbol MATCHES " _Z(T[ISV]|Th[n0-9]+_)?(NK?)?(2ZR)?(${any_class})")
         list(REMOVE_ITEM silent_classes "${CMAKE_MATCH_4}")
     else()
         string(APPEND others "\n${symbol}")
