@@ -65,19 +65,14 @@ private Q_SLOTS:
         }
     }
 
-    void files()
+    // Bytes pass a file that is input and output at once as they are.
+    void sameFile()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(u"bytes"_s);
-        QByteArray bytes;
-        for (int byte = 0; byte < 0x100; ++byte)
-            bytes += static_cast<char>(byte);
-
-        // Bytes pass the standard streams and a file that is input and output at once as they are.
-        QCOMPARE(run("db encode --hex -o %1", path, bytes).exitCode, 0);
-        QCOMPARE(run("db decode %1", path).output, bytes);
+        QCOMPARE(run("db encode --hex -o %1", path, "\n\r\x1A\x80").exitCode, 0);
         QCOMPARE(run("db decode %1 -o %1", path).errors, "");
-        QCOMPARE(readFile(path), bytes);
+        QCOMPARE(readFile(path), "\n\r\x1A\x80");
     }
 };
 

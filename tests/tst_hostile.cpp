@@ -89,7 +89,7 @@ private Q_SLOTS:
         writeFile(path("noise"), _noise);
         writeFile(path("large"), _noise.repeated(Large / _noise.size()));
         writeFile(path("empty"), {});
-        QVERIFY(QDir(_dir.path()).mkdir(u"folder"_s));
+        QVERIFY(QDir(_dir.path()).mkdir(u"folder"_s) && QDir(_dir.path()).mkdir(u"out"_s));
     }
 
     void inputs()
@@ -143,16 +143,17 @@ private Q_SLOTS:
     // Descriptors, devices and names where a file should be.
     void streams()
     {
-        const auto exitCode = [this](const char *words, void (*prepare)(int), int stream) {
-            return start(QString::fromLatin1(words), examplePath("greeting.txt"),
-                         [prepare, stream] { prepare(stream); })
-                .exitCode;
+        const auto result = [this](const char *words, void (*prepare)(int), int stream) {
+            return start(QString::fromLatin1(words), examplePath("all-modes.bin"),
+                         [prepare, stream] { prepare(stream); });
         };
-        QCOMPARE(exitCode("text encode - -o %2", closeStream, STDIN_FILENO), 1);
-        QCOMPARE(exitCode("text encode %1 -o /dev/full", limitFiles, 0), 1);
-        QCOMPARE(exitCode("text encode nothing", closeStream, STDERR_FILENO), 1);
+        QCOMPARE(result("text encode - -o %2", closeStream, STDIN_FILENO).exitCode, 1);
+        QVERIFY(result("text decode %1 -o /dev/full", limitFiles, 0).errors.contains("No space left"));
+        // The output does not get the place of standard error, and with it a warning.
+        QCOMPARE(result("text decode %1 -o %2", closeStream, STDERR_FILENO).exitCode, 0);
+        QCOMPARE(readFile(path("out/kept")), result("text decode %1", closeStream, STDIN_FILENO).output);
         for (const char *words : {"describe", "--help", "text decode --help", "--version"})
-            QCOMPARE(exitCode(words, openFull, STDOUT_FILENO), 1);
+            QCOMPARE(result(words, openFull, STDOUT_FILENO).exitCode, 1);
     }
 
     // Noise for a sound has millions of values out of range.

@@ -56,14 +56,10 @@ private Q_SLOTS:
                     {1, -1, addressFailure("-0000001", "00000000")},
                     {0, 0, addressFailure("00000000", "-0000001")}};
         for (const auto &row : rows) {
-            ZR8BitROM roms[3];
-            for (ZR8BitROM &rom : roms)
-                QVERIFY(rom.setContent(QByteArray(row.size, 'x')));
-            QCOMPARE(roms[0].byteValue(row.pos), char(0));
-            QCOMPARE(roms[1].wordValue(row.pos), short(0));
-            QCOMPARE(roms[2].value(row.pos, 0), QByteArray());
-            for (ZR8BitROM &rom : roms)
-                QCOMPARE(rom.lastErrorStr(), row.text);
+            ZR8BitROM rom(QByteArray(row.size, 'x'), QString(), nullptr);
+            QCOMPARE(rom.byteValue(row.pos) + rom.wordValue(row.pos), 0);
+            QCOMPARE(rom.value(row.pos, 0), QByteArray());
+            QCOMPARE(rom.lastErrorStr(), row.text);
         }
     }
 

@@ -1,9 +1,8 @@
-// The object base: names, texts, failures and their log, class shapes, settings defaults, files.
+// The object base: names, texts, failures and their log, and the defaults of settings.
 
 #include "testconfig.h"
 #include "testlogger.h"
 
-#include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitprocmos6510.h>
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bittvc.h>
@@ -18,32 +17,6 @@ class tst_Object : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A class without its meta-object code would bear its parent's name; connections by strings need the
-    // spelling of the signatures.
-    void metaObjects()
-    {
-        QStringList names;
-        QByteArrayList methods;
-        for (const QMetaObject *meta :
-             {&ZR8BitComputer::staticMetaObject, &ZR8BitROM::staticMetaObject, &ZR8BitRAM::staticMetaObject,
-              &ZR8BitRegister::staticMetaObject, &ZRMOS6510PSRegister::staticMetaObject,
-              &ZR8BitProcBase::staticMetaObject, &ZR8BitProcMOS6510::staticMetaObject,
-              &ZR8BitProcCommand::staticMetaObject, &ZR8BitProcCommands::staticMetaObject,
-              &ZR8BitTVC::staticMetaObject}) {
-            names += QLatin1String(meta->className());
-            for (int i = meta->methodOffset(); i < meta->methodCount(); ++i)
-                methods += meta->method(i).methodSignature();
-        }
-        const QStringList classNames{ZR8BitComputer::className(),      ZR8BitROM::className(),
-                                     ZR8BitRAM::className(),           ZR8BitRegister::className(),
-                                     ZRMOS6510PSRegister::className(), ZR8BitProcBase::className(),
-                                     ZR8BitProcMOS6510::className(),   ZR8BitProcCommand::className(),
-                                     ZR8BitProcCommands::className(),  ZR8BitTVC::className()};
-        QCOMPARE(names.join(u' '), u"ZR::"_s + classNames.join(u" ZR::"_s));
-        QCOMPARE(methods.join(' '), "onValueChanged() mc_ADC(ZR8BitProcCommand*,const char*) "
-                                    "execute(ZR8BitProcCommand*,const char*)");
-    }
-
     void texts()
     {
         ZR8BitTVC object(u"A"_s);

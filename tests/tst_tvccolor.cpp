@@ -6,7 +6,7 @@
 
 #include <QtTest/QtTest>
 
-#include <vector>
+#include <limits>
 
 using namespace ZR;
 using TVC = ZR8BitTVCColor16;
@@ -33,22 +33,22 @@ QColor named(qsizetype index)
 }
 
 /// The index of the distinct colour that is closest to a pixel, by looking at each.
-qsizetype search(QRgb pixel)
+int search(QRgb pixel)
 {
-    static const std::vector<QRgb> distinct = [] {
-        std::vector<QRgb> rgbs;
-        for (int i = 0; i < distinctCount; ++i)
-            rgbs.push_back(named(i).rgb());
-        return rgbs;
-    }();
-    const auto distance = [pixel](QRgb rgb) {
+    int closest = 0;
+    int least = std::numeric_limits<int>::max();
+    for (int i = 0; i < distinctCount; ++i) {
+        const QRgb rgb = TVC16ColorList.at(i).color().rgb();
         const int red = qRed(pixel) - qRed(rgb);
         const int green = qGreen(pixel) - qGreen(rgb);
         const int blue = qBlue(pixel) - qBlue(rgb);
-        return red * red + green * green + blue * blue;
-    };
-    const auto isCloser = [&distance](QRgb a, QRgb b) { return distance(a) < distance(b); };
-    return std::min_element(distinct.begin(), distinct.end(), isCloser) - distinct.begin();
+        const int distance = red * red + green * green + blue * blue;
+        if (distance < least) {
+            least = distance;
+            closest = i;
+        }
+    }
+    return closest;
 }
 
 } // namespace
@@ -152,7 +152,7 @@ private Q_SLOTS:
             const QByteArray stream = TVC::QImageToTVC16Bin(image);
             const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
             for (int i = 0; i < rowLength; ++i) {
-                const qsizetype closest = search(pixels[i]);
+                const int closest = search(pixels[i]);
                 const int code = stream.at(i / 2) * (i % 2 + 1) & 0xAA;
                 if (code != colors[closest] ||
                     preview.pixel(i, 0) != TVC16ColorList.at(closest).color().rgb() ||
