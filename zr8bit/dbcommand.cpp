@@ -89,10 +89,10 @@ void decode(const Files &files)
 
 void addEncodeCommand(CLI::App &group)
 {
-    CLI::App *command = group.add_subcommand("encode", "Convert bytes to a listing.");
-    addExamples(*command,
-                {"zr8bit db encode examples/title.rom",
-                 "zr8bit db encode --hex --padded --per-line 8 examples/all-modes.bin -o modes.asm"});
+    CLI::App *command =
+        addCommand(group, "encode", "Convert bytes to a listing.",
+                   {"zr8bit db encode examples/title.rom",
+                    "zr8bit db encode --hex --padded --per-line 8 examples/all-modes.bin -o modes.asm"});
     auto options = std::make_shared<EncodeOptions>();
     addFiles(*command, options->files);
     command->add_flag("--hex", options->hex, "Write values as $A instead of 10");
@@ -110,9 +110,9 @@ void addEncodeCommand(CLI::App &group)
 
 void addDecodeCommand(CLI::App &group)
 {
-    CLI::App *command = group.add_subcommand("decode", "Convert a listing to bytes.");
-    addExamples(*command,
-                {"zr8bit db decode examples/bytes.asm -o bytes.bin", "echo 'DB 72,$49' | zr8bit db decode"});
+    CLI::App *command = addCommand(
+        group, "decode", "Convert a listing to bytes.",
+        {"zr8bit db decode examples/bytes.asm -o bytes.bin", "echo 'DB 72,$49' | zr8bit db decode"});
     auto files = std::make_shared<Files>();
     addFiles(*command, *files);
     command->footer(

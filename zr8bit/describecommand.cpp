@@ -115,10 +115,10 @@ void describe(const QString &type)
 
 void addDescribeCommand(CLI::App &app)
 {
-    CLI::App *command =
-        app.add_subcommand("describe", "Print what a processor says of itself: texts, registers "
-                                       "and instruction table.");
-    addExamples(*command, {"zr8bit describe", "zr8bit describe MOS6510 | grep ADC"});
+    CLI::App *command = addCommand(app, "describe",
+                                   "Print what a processor says of itself: texts, registers "
+                                   "and instruction table.",
+                                   {"zr8bit describe", "zr8bit describe MOS6510 | grep ADC"});
     auto type = std::make_shared<std::string>("MOS6510");
     command->add_option("TYPE", *type, "Processor type")->capture_default_str();
     command->callback([type] { describe(fromArgument(*type)); });

@@ -26,8 +26,8 @@
 
 namespace {
 
-constexpr qint64 LargestInput = 256 << 20; // bytes; a device may have no end
-constexpr qint64 PieceSize = 1 << 20;
+constexpr qint64 MiB = 1 << 20;
+constexpr qint64 LargestInput = 256 * MiB; // a device may have no end
 
 bool isStandardStream(const QString &path)
 {
@@ -96,10 +96,11 @@ QByteArray readInput(const QString &path)
         failToRead(path, file);
     }
     QByteArray data;
-    for (QByteArray piece = file.read(PieceSize); !piece.isEmpty(); piece = file.read(PieceSize)) {
+    for (QByteArray piece = file.read(MiB); !piece.isEmpty(); piece = file.read(MiB)) {
         data += piece;
         if (data.size() > LargestInput)
-            throw Failure(QStringLiteral("%1 is larger than 256 MiB!").arg(inputName(path)));
+            throw Failure(QStringLiteral("%1 is larger than %2 MiB!")
+                              .arg(inputName(path), QString::number(LargestInput / MiB)));
     }
     if (file.error() != QFileDevice::NoError)
         failToRead(path, file);

@@ -50,9 +50,9 @@ void addImageCommand(CLI::App &app)
     auto options = std::make_shared<Options>();
     const std::string picture = "Picture of any format that Qt reads, such as PNG";
 
-    CLI::App *command = group->add_subcommand("encode", "Turn a picture into the bytes that the TVC shows.");
-    addExamples(*command, {"zr8bit image encode examples/sunset.png -o sunset.bin",
-                           "zr8bit image encode < examples/coin-0.png > coin-0.bin"});
+    CLI::App *command = addCommand(*group, "encode", "Turn a picture into the bytes that the TVC shows.",
+                                   {"zr8bit image encode examples/sunset.png -o sunset.bin",
+                                    "zr8bit image encode < examples/coin-0.png > coin-0.bin"});
     addInputArgument(*command, options->input, picture);
     addOutputOption(*command, options->output, "File for the bytes");
     command->footer(
@@ -61,9 +61,8 @@ void addImageCommand(CLI::App &app)
         "with black.");
     command->callback([options] { encode(*options); });
 
-    command = group->add_subcommand("decode", "Turn the bytes of a picture into a PNG.");
-    addExamples(
-        *command,
+    command = addCommand(
+        *group, "decode", "Turn the bytes of a picture into a PNG.",
         {"zr8bit image encode examples/sunset.png | zr8bit image decode --width 256 -o sunset-tvc.png",
          "zr8bit image decode examples/all-modes.bin --width 32 -o modes.png"});
     addInputArgument(*command, options->input, "File with the bytes of the picture");
@@ -73,9 +72,9 @@ void addImageCommand(CLI::App &app)
     command->footer("A last row that is cut is black from where the bytes end.");
     command->callback([options] { decode(*options); });
 
-    command = group->add_subcommand("preview", "Show as PNG what a picture looks like on the TVC.");
-    addExamples(*command, {"zr8bit image preview examples/sunset.png --scale 2 -o sunset-preview.png",
-                           "zr8bit image preview < examples/coin-0.png > coin-0-preview.png"});
+    command = addCommand(*group, "preview", "Show as PNG what a picture looks like on the TVC.",
+                         {"zr8bit image preview examples/sunset.png --scale 2 -o sunset-preview.png",
+                          "zr8bit image preview < examples/coin-0.png > coin-0-preview.png"});
     addInputArgument(*command, options->input, picture);
     addOutputOption(*command, options->output, "File for the PNG");
     addScaleOption(*command, options->scale);

@@ -60,12 +60,15 @@ void addFiles(CLI::App &command, Files &files)
     addOutputOption(command, files.output, "File to write, whole or not at all");
 }
 
-void addExamples(CLI::App &command, const std::vector<std::string> &lines)
+CLI::App *addCommand(CLI::App &parent, const std::string &name, const std::string &description,
+                     const std::vector<std::string> &examples)
 {
-    std::string examples = "Examples:\n";
-    for (const std::string &line : lines)
-        examples += "  " + line + '\n';
-    command.formatter(std::make_shared<ExamplesFormatter>(examples + '\n'));
+    std::string text = "Examples:\n";
+    for (const std::string &example : examples)
+        text += "  " + example + '\n';
+    CLI::App *command = parent.add_subcommand(name, description);
+    command->formatter(std::make_shared<ExamplesFormatter>(text + '\n'));
+    return command;
 }
 
 void failOption(const std::string &name, const QString &value, const QString &expected)

@@ -40,9 +40,10 @@ struct Files
 /// Adds both for a conversion that takes any file.
 void addFiles(CLI::App &command, Files &files);
 
-/// Makes the help text of a command begin with examples. They work where the examples folder is, by
-/// themselves and without a warning.
-void addExamples(CLI::App &command, const std::vector<std::string> &lines);
+/// Adds a command whose help text begins with examples. They work where the examples folder is, by themselves
+/// and without a warning.
+CLI::App *addCommand(CLI::App &parent, const std::string &name, const std::string &description,
+                     const std::vector<std::string> &examples);
 
 /// Ends parsing: the value of an option is not what it takes.
 [[noreturn]] void failOption(const std::string &name, const QString &value, const QString &expected);

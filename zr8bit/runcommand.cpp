@@ -181,11 +181,11 @@ void addNumberedTextOption(CLI::App &command, const std::string &name, const std
 
 void addRunCommand(CLI::App &app)
 {
-    CLI::App *command = app.add_subcommand("run", "Run a program on a machine of a settings file.");
-    addExamples(*command,
-                {"zr8bit run examples/example.ini --set XR=2 --set YR=3 --start 0x200 --until 0x216",
-                 "zr8bit run examples/example.ini --load examples/all-modes.bin@0 --start 0x200 "
-                 "--steps 3 --trace"});
+    CLI::App *command =
+        addCommand(app, "run", "Run a program on a machine of a settings file.",
+                   {"zr8bit run examples/example.ini --set XR=2 --set YR=3 --start 0x200 --until 0x216",
+                    "zr8bit run examples/example.ini --load examples/all-modes.bin@0 --start 0x200 "
+                    "--steps 3 --trace"});
     auto options = std::make_shared<Options>();
     command->add_option("MACHINE.ini", options->settings, "Settings file of the machine")->required();
     command->add_option("--processor", options->processor, "Processor to run; the only one by default")

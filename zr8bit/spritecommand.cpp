@@ -159,10 +159,10 @@ void addSpriteCommand(CLI::App &app)
     group->require_subcommand(1);
     auto options = std::make_shared<Options>();
 
-    CLI::App *command = group->add_subcommand("encode", "Turn pictures into the frames of a sprite.");
-    addExamples(*command,
-                {"zr8bit sprite encode examples/coin-?.png -o coin.bin",
-                 "zr8bit sprite encode --transparent black examples/sunset.png > sunset-sprite.bin"});
+    CLI::App *command =
+        addCommand(*group, "encode", "Turn pictures into the frames of a sprite.",
+                   {"zr8bit sprite encode examples/coin-?.png -o coin.bin",
+                    "zr8bit sprite encode --transparent black examples/sunset.png > sunset-sprite.bin"});
     command
         ->add_option("INPUT", options->inputs,
                      "Pictures of any format that Qt reads, such as PNG, one a frame; - is standard input")
@@ -175,10 +175,8 @@ void addSpriteCommand(CLI::App &app)
         "of the TVC. The bytes do not say\nhow large a frame is.");
     command->callback([options] { encode(*options); });
 
-    command =
-        group->add_subcommand("decode", "Turn each frame of a sprite into a PNG with transparent pixels.");
-    addExamples(
-        *command,
+    command = addCommand(
+        *group, "decode", "Turn each frame of a sprite into a PNG with transparent pixels.",
         {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite decode --width 16 --height 16 -o coin",
          "zr8bit sprite decode examples/all-modes.bin --width 8 --height 8 -o modes"});
     addSpriteOptions(*command, *options);
@@ -189,10 +187,10 @@ void addSpriteCommand(CLI::App &app)
         "The last frame of a sprite that is cut has fewer rows. Other files of the folder stay as they are.");
     command->callback([options] { decode(*options); });
 
-    command = group->add_subcommand("preview", "Show all frames of a sprite side by side, as PNG.");
-    addExamples(*command, {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite preview --width 16 "
-                           "--height 16 --scale 8 -o coin.png",
-                           "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
+    command = addCommand(*group, "preview", "Show all frames of a sprite side by side, as PNG.",
+                         {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite preview --width 16 "
+                          "--height 16 --scale 8 -o coin.png",
+                          "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
     addSpriteOptions(*command, *options);
     addOutputOption(*command, options->output, "File for the PNG");
     addScaleOption(*command, options->scale);

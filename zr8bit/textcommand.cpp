@@ -58,8 +58,7 @@ void decode(const Options &options)
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
                    const std::vector<std::string> &examples, void (*convert)(const Options &))
 {
-    CLI::App *command = group.add_subcommand(name, description);
-    addExamples(*command, examples);
+    CLI::App *command = addCommand(group, name, description, examples);
     auto options = std::make_shared<Options>();
     addFiles(*command, options->files);
     command->add_flag("--lines", options->lines,
