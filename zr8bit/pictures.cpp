@@ -28,10 +28,9 @@ QImage readPicture(const QString &path)
     const QSize size = reader.size();
     const qint64 limit = qint64(QImageReader::allocationLimit()) << 20;
     if (limit > 0 && 4 * qint64(size.width()) * size.height() > limit)
-        throw Failure(QStringLiteral("The picture in %1 has %2 x %3 pixels, which is too large!")
-                          .arg(inputName(path))
-                          .arg(size.width())
-                          .arg(size.height()));
+        throw Failure(
+            QStringLiteral("The picture in %1 has %2 x %3 pixels, which is too large!")
+                .arg(inputName(path), QString::number(size.width()), QString::number(size.height())));
     QImage picture = reader.read();
     if (picture.isNull())
         throw Failure(
@@ -82,10 +81,8 @@ QByteArray readStream(const QString &path, qint64 unitSize, const QString &units
         throw Failure(QStringLiteral("There are no bytes in %1!").arg(inputName(path)));
     if (stream.size() % unitSize != 0)
         printWarning(QStringLiteral("%1 has %2 bytes, %3 bytes would be whole %4 of %5 bytes each")
-                         .arg(inputName(path))
-                         .arg(stream.size())
-                         .arg((stream.size() / unitSize + 1) * unitSize)
-                         .arg(units)
-                         .arg(unitSize));
+                         .arg(inputName(path), QString::number(stream.size()),
+                              QString::number((stream.size() / unitSize + 1) * unitSize), units,
+                              QString::number(unitSize)));
     return stream;
 }

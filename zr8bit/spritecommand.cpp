@@ -39,11 +39,9 @@ void encode(const Options &options)
         const QSize size = frames.last().size();
         if (size != first)
             printWarning(QStringLiteral("%1 has %2 x %3 pixels, the first frame %4 x %5")
-                             .arg(inputName(path))
-                             .arg(size.width())
-                             .arg(size.height())
-                             .arg(first.width())
-                             .arg(first.height()));
+                             .arg(inputName(path), QString::number(size.width()),
+                                  QString::number(size.height()), QString::number(first.width()),
+                                  QString::number(first.height())));
     }
     writeOutput(fromArgument(options.output), TVC::QImagesToTVC16Sprite(frames, options.transparent));
 }
