@@ -1,6 +1,7 @@
 // Memory blocks: reading, writing, sizing, files, settings, and use from several threads.
 
 #include "testconfig.h"
+#include "testlogger.h"
 
 #include <zr8bitlib/zr8bitram.h>
 
@@ -57,9 +58,12 @@ private Q_SLOTS:
                     {0, 0, addressFailure("00000000", "-0000001")}};
         for (const auto &row : rows) {
             ZR8BitROM rom(QByteArray(row.size, 'x'), QString(), nullptr);
+            TestLogger logger;
+            rom.setLogger(&logger);
             QCOMPARE(rom.byteValue(row.pos) + rom.wordValue(row.pos), 0);
             QCOMPARE(rom.value(row.pos, 0), QByteArray());
             QCOMPARE(rom.lastErrorStr(), row.text);
+            QCOMPARE(logger.lines.size(), 3); // each of them reports
         }
     }
 
