@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws the example picture sunset.png and the sprite frames coin-0.png to coin-3.png into this folder."""
+"""Draws the example pictures sunset.png and balls.png, and the sprite frames coin-0.png to coin-3.png, into this folder."""
 
 import math
 import pathlib
@@ -100,6 +100,96 @@ def coin(half_width):
     return pixel
 
 
-write_png("sunset.png", 256, 192, sunset)
+BALLS_SIZE = (400, 300)
+EYE = (0.0, 1.55, -5.2)
+LIGHT = (-3.2, 5.0, -3.0)
+# Centre, radius, colour and gloss of what lies on the table; the table is the plane of height 0.
+BALLS = [((-1.25, 0.62, 0.25), 0.62, (205, 30, 28), 0.75), ((0.02, 0.55, -0.55), 0.55, (240, 130, 20), 0.35),
+         ((1.12, 0.68, 0.35), 0.68, (95, 160, 45), 0.6), ((0.1, 0.98, 1.15), 0.98, (40, 70, 170), 0.9),
+         ((-0.62, 0.3, -1.2), 0.3, (120, 30, 110), 0.8), ((0.92, 0.27, -1.15), 0.27, (250, 220, 60), 0.5)]
+
+
+def minus(a, b):
+    return tuple(x - y for x, y in zip(a, b))
+
+
+def dot(a, b):
+    return sum(x * y for x, y in zip(a, b))
+
+
+def unit(a):
+    length = math.sqrt(dot(a, a))
+    return tuple(x / length for x in a)
+
+
+def nearest_ball(start, direction):
+    """The distance of the first ball that a ray meets, and the ball; None when it meets none."""
+    nearest = None
+    for ball in BALLS:
+        offset = minus(start, ball[0])
+        half = dot(offset, direction)
+        root = half * half - dot(offset, offset) + ball[1] * ball[1]
+        distance = -half - math.sqrt(root) if root > 0 else -1
+        if distance > 1e-4 and (nearest is None or distance < nearest[0]):
+            nearest = (distance, ball)
+    return nearest
+
+
+def light_at(point, normal):
+    """How much light reaches a place: some from all sides, most from a soft lamp."""
+    direct = 0.0
+    for dx, dz in ((-0.35, -0.35), (0.35, -0.35), (-0.35, 0.35), (0.35, 0.35)):
+        to_light = unit(minus((LIGHT[0] + dx, LIGHT[1], LIGHT[2] + dz), point))
+        if nearest_ball(point, to_light) is None:
+            direct += max(0.0, dot(normal, to_light)) / 4
+    return 0.16 + 0.84 * direct
+
+
+def wood(x, z):
+    """The grain of the table."""
+    ring = math.sin(6 * math.hypot(x * 0.35 + 2, z + 0.12 * math.sin(x * 1.7)) + 0.6 * math.sin(z * 3.1))
+    return tuple(a + b * ring for a, b in zip((150, 96, 54), (22, 17, 12)))
+
+
+def look(start, direction, depth=0):
+    """The light that comes from a direction, as red, green and blue up to 255."""
+    found = nearest_ball(start, direction)
+    if found:
+        distance, (centre, radius, color, gloss) = found
+        point = tuple(a + b * distance for a, b in zip(start, direction))
+        normal = tuple((a - b) / radius for a, b in zip(point, centre))
+        light = light_at(point, normal)
+        mirrored = tuple(a - 2 * b * dot(direction, normal) for a, b in zip(direction, normal))
+        shine = max(0.0, dot(mirrored, unit(minus(LIGHT, point)))) ** 40 * gloss * 255 if light > 0.2 else 0
+        edge = 0.04 + 0.4 * (1 + dot(direction, normal)) ** 3 * gloss
+        around = look(point, mirrored, 1) if depth == 0 else (90, 80, 75)
+        return tuple(c * light * (1 - edge) + a * edge + shine for c, a in zip(color, around))
+    if direction[1] < -1e-3:
+        distance = -start[1] / direction[1]
+        point = tuple(a + b * distance for a, b in zip(start, direction))
+        if point[2] < 4.5:
+            light = light_at(point, (0, 1, 0))
+            return tuple(c * light for c in wood(point[0], point[2]))
+    height = min(1.0, max(0.0, direction[1] + 0.25) / 0.6)
+    lamp = math.exp(-((direction[0] + 0.3) ** 2) * 4)
+    return tuple((a + (b - a) * height) * (0.55 + 0.45 * lamp) for a, b in zip((196, 176, 150), (70, 92, 120)))
+
+
+def balls(x, y):
+    """Balls on a table, each pixel the mean of four rays, as a camera would see them."""
+    width, height = BALLS_SIZE
+    total = [0.0, 0.0, 0.0]
+    for dx in (0.25, 0.75):
+        for dy in (0.25, 0.75):
+            direction = unit(((x + dx - width / 2) / width * 1.02, (height / 2 - y - dy) / width * 1.02 - 0.17, 1.25))
+            for i, value in enumerate(look(EYE, direction)):
+                total[i] += value / 4
+    return tuple(min(255, round(value)) for value in total)
+
+
+# The sunset is made for the TVC's screen of 128 x 240 pixels that are 2.5 times as wide as high; the scene above has
+# square ones.
+write_png("sunset.png", 128, 240, lambda x, y: sunset(2 * x, y * 4 // 5))
+write_png("balls.png", *BALLS_SIZE, balls)
 for number, half_width in enumerate((7.5, 5, 1.5, 5)):
     write_png(f"coin-{number}.png", COIN_SIZE, COIN_SIZE, coin(half_width))

@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(result.errors.endsWith("%2abc' has 3 bytes, 4 bytes would be whole rows of 2 bytes each\n"));
         result = run("sprite encode %1coin-0.png %1sunset.png", examplePath(""));
         QCOMPARE(result.exitCode, 0);
-        QVERIFY(result.errors.endsWith("sunset.png' has 256 x 192 pixels, the first frame 16 x 16\n"));
+        QVERIFY(result.errors.endsWith("sunset.png' has 128 x 240 pixels, the first frame 16 x 16\n"));
     }
 
     void failures()

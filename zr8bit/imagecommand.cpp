@@ -63,7 +63,7 @@ void addImageCommand(CLI::App &app)
 
     command = addCommand(
         *group, "decode", "Turn the bytes of a picture into a PNG.",
-        {"zr8bit image encode examples/sunset.png | zr8bit image decode --width 256 -o sunset-tvc.png",
+        {"zr8bit image encode examples/sunset.png | zr8bit image decode --width 128 -o sunset-tvc.png",
          "zr8bit image decode examples/all-modes.bin --width 32 -o modes.png"});
     addInputArgument(*command, options->input, "File with the bytes of the picture");
     addOutputOption(*command, options->output, "File for the PNG");
