@@ -6,6 +6,8 @@
 #include <zr8bitlib/zr8bitram.h>
 #include <zrbaselib/zrconfigiface.h>
 
+#include <QtCore/QScopeGuard>
+
 #include <new>
 
 namespace ZR {
@@ -51,10 +53,32 @@ bool ZR8BitComputer::readFromConfig(const QString &prefix, ZRConfigIface *config
         ZR_SET_LAST_ERROR(noConfigText());
         return false;
     }
-    if (!_load(config)) {
-        _releaseResources();
+    auto release = qScopeGuard([this] { _releaseResources(); });
+    _computerName = config->stringValue(QStringLiteral("Computer.Name"), tr("Not defined"));
+
+    const QStringList romNames = config->stringListValue(QStringLiteral("Computer.ROMs"), QStringList());
+    if (!_loadBlocks(QStringLiteral("ROM"), romNames, _roms, config, Q_FUNC_INFO))
+        return false;
+
+    const QStringList ramNames = config->stringListValue(QStringLiteral("Computer.RAMs"), QStringList());
+    if (ramNames.isEmpty()) {
+        ZR_SET_LAST_ERROR(QStringLiteral("At least one RAM must be defined!"));
         return false;
     }
+    if (!_loadBlocks(QStringLiteral("RAM"), ramNames, _rams, config, Q_FUNC_INFO))
+        return false;
+
+    const QStringList processorNames =
+        config->stringListValue(QStringLiteral("Computer.Processors"), QStringList());
+    if (processorNames.isEmpty()) {
+        ZR_SET_LAST_ERROR(QStringLiteral("At least one processor must be defined!"));
+        return false;
+    }
+    for (const QString &processorName : processorNames) {
+        if (!_loadProcessor(processorName.trimmed(), config, Q_FUNC_INFO))
+            return false;
+    }
+    release.dismiss();
     return true;
 }
 
@@ -78,80 +102,53 @@ QMap<QString, ZR8BitProcessorIface *> ZR8BitComputer::processors()
     return _processors;
 }
 
-bool ZR8BitComputer::_load(ZRConfigIface *config)
-{
-    _computerName = config->stringValue(QStringLiteral("Computer.Name"), tr("Not defined"));
-
-    const QStringList romNames = config->stringListValue(QStringLiteral("Computer.ROMs"), QStringList());
-    if (!_loadBlocks(QStringLiteral("ROM"), romNames, _roms, config))
-        return false;
-
-    const QStringList ramNames = config->stringListValue(QStringLiteral("Computer.RAMs"), QStringList());
-    if (ramNames.isEmpty()) {
-        ZR_SET_LAST_ERROR(QStringLiteral("At least one RAM must be defined!"));
-        return false;
-    }
-    if (!_loadBlocks(QStringLiteral("RAM"), ramNames, _rams, config))
-        return false;
-
-    const QStringList processorNames =
-        config->stringListValue(QStringLiteral("Computer.Processors"), QStringList());
-    if (processorNames.isEmpty()) {
-        ZR_SET_LAST_ERROR(QStringLiteral("At least one processor must be defined!"));
-        return false;
-    }
-    for (const QString &processorName : processorNames) {
-        if (!_loadProcessor(processorName.trimmed(), config))
-            return false;
-    }
-    return true;
-}
-
 template <typename Block>
 bool ZR8BitComputer::_loadBlocks(const QString &kind, const QStringList &names,
-                                 QMap<QString, Block *> &blocks, ZRConfigIface *config)
+                                 QMap<QString, Block *> &blocks, ZRConfigIface *config, const char *operation)
 {
     for (const QString &item : names) {
         const QString blockName = item.trimmed();
         auto *block = new (std::nothrow) Block;
         if (!block) {
-            ZR_SET_LAST_ERROR(QStringLiteral("Couldn't allocate %1 instance for '%2'").arg(kind, blockName));
+            ZR_SET_LAST_ERROR_OF(
+                operation, QStringLiteral("Couldn't allocate %1 instance for '%2'").arg(kind, blockName));
             return false;
         }
         if (blocks.contains(blockName)) {
-            ZR_SET_LAST_ERROR(alreadyLoadedText(kind, blockName));
+            ZR_SET_LAST_ERROR_OF(operation, alreadyLoadedText(kind, blockName));
             delete block;
             return false;
         }
         blocks.insert(blockName, block);
         const QString prefix = kind + QLatin1Char('_') + blockName;
         if (!block->readFromConfig(prefix, config)) {
-            ZR_SET_LAST_ERROR(loadErrorText(prefix, block->lastErrorStr()));
+            ZR_SET_LAST_ERROR_OF(operation, loadErrorText(prefix, block->lastErrorStr()));
             return false;
         }
     }
     return true;
 }
 
-bool ZR8BitComputer::_loadProcessor(const QString &name, ZRConfigIface *config)
+bool ZR8BitComputer::_loadProcessor(const QString &name, ZRConfigIface *config, const char *operation)
 {
     const QString prefix = QStringLiteral("PROC_") + name;
     const QString type = config->stringValue(prefix + QStringLiteral(".Type"), QString());
     if (type.isEmpty()) {
-        ZR_SET_LAST_ERROR(QStringLiteral("Processor: '%1' type is not defined!").arg(name));
+        ZR_SET_LAST_ERROR_OF(operation, QStringLiteral("Processor: '%1' type is not defined!").arg(name));
         return false;
     }
     ZR8BitProcessorIface *processor = _createProcessor(type);
     if (!processor)
         return false;
     if (_processors.contains(name)) {
-        ZR_SET_LAST_ERROR(alreadyLoadedText(QStringLiteral("Processor"), name));
+        ZR_SET_LAST_ERROR_OF(operation, alreadyLoadedText(QStringLiteral("Processor"), name));
         delete processor;
         return false;
     }
     _processors.insert(name, processor);
     if (!processor->readFromConfig(prefix, config)) {
-        ZR_SET_LAST_ERROR(loadErrorText(prefix, static_cast<ZR8BitProcBase *>(processor)->lastErrorStr()));
+        ZR_SET_LAST_ERROR_OF(operation,
+                             loadErrorText(prefix, static_cast<ZR8BitProcBase *>(processor)->lastErrorStr()));
         return false;
     }
     return true;

@@ -62,11 +62,12 @@ public:
     QMap<QString, ZR8BitProcessorIface *> processors();
 
 private:
-    bool _load(ZRConfigIface *config);
+    // Steps of readFromConfig(). They report in the name of the operation whose signature they are given.
     template <typename Block>
     bool _loadBlocks(const QString &kind, const QStringList &names, QMap<QString, Block *> &blocks,
-                     ZRConfigIface *config);
-    bool _loadProcessor(const QString &name, ZRConfigIface *config);
+                     ZRConfigIface *config, const char *operation);
+    bool _loadProcessor(const QString &name, ZRConfigIface *config, const char *operation);
+
     ZR8BitProcessorIface *_createProcessor(const QString &type);
     void _releaseResources();
 

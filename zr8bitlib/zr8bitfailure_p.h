@@ -6,10 +6,14 @@
 
 #include <type_traits>
 
-/// Reports message as the last error of *this, with the place where the macro stands. The source file is
-/// expected under the name `sourceFile`, as a string literal's characters.
-#define ZR_SET_LAST_ERROR(message)                                                                           \
-    _setLastError((message), QString::fromLatin1(sourceFile), __LINE__, QString::fromLocal8Bit(Q_FUNC_INFO))
+/// Reports message as the last error of *this, with the line of the macro and the signature of the function
+/// that it stands in. The source file is expected under the name `sourceFile`, as a string literal's
+/// characters.
+#define ZR_SET_LAST_ERROR(message) ZR_SET_LAST_ERROR_OF(Q_FUNC_INFO, message)
+
+/// The same in a step of an operation, which reports with the operation's signature.
+#define ZR_SET_LAST_ERROR_OF(operation, message)                                                             \
+    _setLastError((message), QString::fromLatin1(sourceFile), __LINE__, QString::fromLocal8Bit(operation))
 
 /// Reports message as above and stops the processor *this with it.
 #define ZR_SET_HARDWARE_ISSUE(message)                                                                       \

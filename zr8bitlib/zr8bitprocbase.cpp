@@ -96,7 +96,8 @@ int ZR8BitProcBase::execute(const char *data, const int &size)
     const auto opcode = static_cast<unsigned char>(data[0]);
     ZR8BitProcCommand *command = _commands.command(opcode);
     if (!command) {
-        ZR_SET_HARDWARE_ISSUE(_unknownOpcodeText(opcode));
+        ZR_SET_HARDWARE_ISSUE(tr("The opcode: 0x%1 is not in the processor supported command list!")
+                                  .arg(hexText(opcode, OpcodeDigits)));
         return -1;
     }
     const int length = command->exec(data + 1, static_cast<unsigned char>(size - 1));
@@ -118,12 +119,6 @@ void ZR8BitProcBase::_setHardwareIssue(const QString &message)
 {
     _hardwareIssue = true;
     _hardwareIssueMsg = message;
-}
-
-QString ZR8BitProcBase::_unknownOpcodeText(unsigned char opcode)
-{
-    return tr("The opcode: 0x%1 is not in the processor supported command list!")
-        .arg(hexText(opcode, OpcodeDigits));
 }
 
 } // namespace ZR

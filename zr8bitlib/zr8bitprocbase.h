@@ -46,9 +46,6 @@ protected:
     /// Stops the processor with the text of a failure, which replaces that of an earlier one.
     void _setHardwareIssue(const QString &message);
 
-    /// The text of the failure to find an opcode in the table.
-    static QString _unknownOpcodeText(unsigned char opcode);
-
     ZR8BitRAM *_mainMemory = nullptr;           ///< not owned
     QMap<QString, ZR8BitRegister *> _registers; ///< members of the model, by id
     ZR8BitProcCommands _commands;               ///< the instruction table

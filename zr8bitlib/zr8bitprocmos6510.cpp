@@ -72,7 +72,13 @@ const QString ZR8BitProcMOS6510::className()
 
 bool ZR8BitProcMOS6510::init()
 {
-    return ZR8BitProcBase::init() && _initRegisters() && _initCommands();
+    if (!ZR8BitProcBase::init() || !_initRegisters())
+        return false;
+    if (!_initCommands()) {
+        ZR_SET_LAST_ERROR(_commands.lastErrorStr());
+        return false;
+    }
+    return true;
 }
 
 bool ZR8BitProcMOS6510::readFromConfig(const QString &prefix, ZRConfigIface *config)
@@ -105,7 +111,8 @@ int ZR8BitProcMOS6510::execute()
     const auto opcode = static_cast<unsigned char>(_mainMemory->byteValue(pc));
     ZR8BitProcCommand *command = _commands.command(opcode);
     if (!command) {
-        ZR_SET_HARDWARE_ISSUE(_unknownOpcodeText(opcode));
+        ZR_SET_HARDWARE_ISSUE(tr("The opcode: 0x%1 is not in the processor supported command list!")
+                                  .arg(hexText(opcode, OpcodeDigits)));
         return -1;
     }
     const int consumed = ZR8BitProcBase::execute(_instructionAt(pc, opcode, command->length()));
@@ -221,10 +228,8 @@ bool ZR8BitProcMOS6510::_initCommands()
         ZR8BitProcCommand *command =
             _commands.addCommand(row.code, row.length, row.cycleCnt, QString::fromLatin1(row.assembly),
                                  tr(row.title), tr(row.text));
-        if (!command) {
-            ZR_SET_LAST_ERROR(_commands.lastErrorStr());
+        if (!command)
             return false;
-        }
         if (row.slot) {
             const QMetaObject::Connection connection =
                 connect(command, SIGNAL(execute(ZR8BitProcCommand *, const char *)), this, row.slot,

@@ -44,8 +44,8 @@ bool ZR8BitRAM::write(const QByteArray &data, const int &pos)
 
 bool ZR8BitRAM::write(const char *data, const int &len, const int &pos)
 {
+    const QMutexLocker locker(&_mutex); // over both reports: the second one quotes the first
     if (!_writeData(pos, data, len)) {
-        const QMutexLocker locker(&_mutex);
         ZR_SET_LAST_ERROR(QStringLiteral("Couldn't load data! %1").arg(_lastError));
         return false;
     }
@@ -54,16 +54,18 @@ bool ZR8BitRAM::write(const char *data, const int &len, const int &pos)
 
 void ZR8BitRAM::setValue(const QByteArray &data, const int &pos)
 {
-    _writeData(pos, data.constData(), static_cast<int>(data.size()));
+    setValue(data.constData(), static_cast<int>(data.size()), pos);
 }
 
 void ZR8BitRAM::setValue(const char *data, const int &len, const int &pos)
 {
+    const QMutexLocker locker(&_mutex);
     _writeData(pos, data, len);
 }
 
 void ZR8BitRAM::setByteValue(const char &value, const int &pos)
 {
+    const QMutexLocker locker(&_mutex);
     _writeData(pos, &value, 1);
 }
 
@@ -71,12 +73,12 @@ void ZR8BitRAM::setWordValue(const short &value, const int &pos)
 {
     char bytes[2];
     qToLittleEndian<qint16>(value, bytes);
+    const QMutexLocker locker(&_mutex);
     _writeData(pos, bytes, 2);
 }
 
 bool ZR8BitRAM::_writeData(const int &pos, const char *data, const int &len)
 {
-    const QMutexLocker locker(&_mutex);
     const int contentSize = static_cast<int>(_content.size());
     if (pos < 0 || pos >= contentSize) {
         _reportInvalidAddress(pos, sourceFile, __LINE__, Q_FUNC_INFO);

@@ -42,6 +42,7 @@ public:
     void setWordValue(const short &value, const int &pos);
 
 private:
+    /// To be called with the lock held, which its callers take: it is not recursive.
     bool _writeData(const int &pos, const char *data, const int &len);
 };
 

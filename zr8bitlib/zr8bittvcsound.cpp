@@ -44,16 +44,19 @@ public:
     {
     }
 
-    void warning(const QString &text) const { QMessageLogger().warning().noquote() << _line(text); }
+    void warning(const QString &text) const { _logger().warning().noquote() << _line(text); }
 
     /// Returns false, as the conversion is to do.
     bool failure(const QString &text) const
     {
-        QMessageLogger().critical().noquote() << _line(text);
+        _logger().critical().noquote() << _line(text);
         return false;
     }
 
 private:
+    /// Without a place, but, unlike a QMessageLogger without arguments, of the category "default".
+    static QMessageLogger _logger() { return QMessageLogger(nullptr, 0, nullptr); }
+
     QString _line(const QString &text) const
     {
         return QStringLiteral("ZR8BitTVCSound::%1(): %2").arg(QLatin1String(_conversion), text);
