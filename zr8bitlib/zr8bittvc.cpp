@@ -2,10 +2,9 @@
 
 #include "zr8bitnumbers_p.h"
 
-#include <QtCore/QMap>
-
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 
 namespace ZR {
@@ -29,46 +28,90 @@ constexpr CodeUnits codeUnits[] = {
     {0x9D, u"\uC5BD"}, {0x9E, u"\uC5BB"},    {0x9F, u"\uC2B0"},
 };
 
-QMap<uchar, char16_t> makeTVCToUnicodeMap()
+constexpr uchar FirstAscii = 0x20; // the space
+constexpr uchar LastAscii = 0x7E;
+constexpr size_t AsciiCount = LastAscii - FirstAscii + 1;
+
+constexpr size_t countUnits()
 {
-    QMap<uchar, char16_t> map;
-    for (uchar code = 0x20; code <= 0x7E; ++code)
-        map.insert(code, code);
+    size_t count = AsciiCount;
     for (const CodeUnits &row : codeUnits)
-        map.insert(row.code, row.units[0]);
+        count += std::u16string_view(row.units).size();
+    return count;
+}
+
+template <typename Key, typename Value>
+struct MapRow
+{
+    Key key;
+    Value value;
+};
+
+using CodeMap = std::array<MapRow<uchar, char16_t>, AsciiCount + std::size(codeUnits)>;
+using UnitMap = std::array<MapRow<char16_t, uchar>, countUnits()>;
+
+constexpr CodeMap makeTVCToUnicodeMap()
+{
+    CodeMap map{};
+    size_t count = 0;
+    for (uchar code = FirstAscii; code <= LastAscii; ++code)
+        map[count++] = {code, code};
+    for (const CodeUnits &row : codeUnits)
+        map[count++] = {row.code, row.units[0]};
     return map;
 }
 
-const QMap<uchar, char16_t> TVCToUnicodeMap = makeTVCToUnicodeMap();
-
-QMap<char16_t, uchar> makeUnicodeToTVCMap()
+constexpr UnitMap makeUnicodeToTVCMap()
 {
-    QMap<char16_t, uchar> map;
-    for (const auto [code, unit] : TVCToUnicodeMap.asKeyValueRange())
-        map.insert(unit, code);
+    UnitMap map{};
+    size_t count = 0;
+    const auto insert = [&map, &count](char16_t unit, uchar code) {
+        size_t place = count++;
+        for (; place > 0 && map[place - 1].key > unit; --place)
+            map[place] = map[place - 1];
+        map[place] = {unit, code};
+    };
+    for (uchar code = FirstAscii; code <= LastAscii; ++code)
+        insert(code, code);
     for (const CodeUnits &row : codeUnits) {
         for (const char16_t unit : std::u16string_view(row.units))
-            map.insert(unit, row.code);
+            insert(unit, row.code);
     }
     return map;
 }
 
-const QMap<char16_t, uchar> UnicodeToTVCMap = makeUnicodeToTVCMap();
-
-/// A map over all keys, with the space's value where it has no row: a look-up in the map itself takes some
-/// ten times as long.
-template <typename Value, size_t Size, typename Key>
-std::array<Value, Size> flatTable(const QMap<Key, Value> &map)
+/// Whether each key stands behind a smaller one, so that none stands there twice.
+template <typename Map>
+constexpr bool isOrdered(const Map &map)
 {
-    std::array<Value, Size> table;
-    table.fill(map.value(0x20));
-    for (const auto [key, value] : map.asKeyValueRange())
-        table[key] = value;
+    for (size_t i = 1; i < map.size(); ++i) {
+        if (map[i - 1].key >= map[i].key)
+            return false;
+    }
+    return true;
+}
+
+// All tables are made by the compiler, so that also the global objects of a program may convert.
+
+constexpr CodeMap TVCToUnicodeMap = makeTVCToUnicodeMap();
+constexpr UnitMap UnicodeToTVCMap = makeUnicodeToTVCMap();
+static_assert(TVCToUnicodeMap.size() == 128 && isOrdered(TVCToUnicodeMap));
+static_assert(UnicodeToTVCMap.size() == 199 && isOrdered(UnicodeToTVCMap));
+
+/// A map over all keys, with a value for those that have no row: a look-up without a search.
+template <typename Value, size_t Size, typename Map>
+constexpr std::array<Value, Size> flatTable(const Map &map, Value missing)
+{
+    std::array<Value, Size> table{};
+    for (Value &value : table)
+        value = missing;
+    for (const auto &row : map)
+        table[row.key] = row.value;
     return table;
 }
 
-const auto unitOfCode = flatTable<char16_t, 0x100>(TVCToUnicodeMap);
-const auto codeOfUnit = flatTable<uchar, 0x10000>(UnicodeToTVCMap);
+constexpr auto unitOfCode = flatTable<char16_t, 0x100>(TVCToUnicodeMap, u' ');
+constexpr auto codeOfUnit = flatTable<uchar, 0x10000>(UnicodeToTVCMap, uchar(' '));
 
 constexpr qsizetype KeywordSize = 2;
 

@@ -101,6 +101,14 @@ unsigned char closestCode(QRgb pixel)
     return static_cast<unsigned char>(std::min(dark, bright));
 }
 
+/// The list for a search among any colours. It stays for good, so that also the global objects of a program
+/// may convert, to their end.
+const QList<ZRColor> &searchList()
+{
+    static const auto *list = new QList<ZRColor>(TVC16ColorList.begin(), TVC16ColorList.end());
+    return *list;
+}
+
 /// Calls write(first, second) for each pair of columns of an image of 32 bits, from the top left. Beyond an
 /// odd width the second is NoPixel.
 template <typename WritePair>
@@ -231,11 +239,11 @@ QString ZR8BitTVCColor16::TVC16ColorToRGBString(const ZRTVC16Colors &color)
 
 QColor ZR8BitTVCColor16::closestColor(const QColor &color)
 {
-    for (const ZRColor &candidate : TVC16ColorList) {
-        if (candidate.color() == color)
-            return candidate.color();
-    }
-    return ZRImageExt::closestColor(color, TVC16ColorList, nullptr).color();
+    // Equal colours are the same three bytes, opaque and in no other colour model.
+    const QColor opaque(color.rgb());
+    if (opaque == color && std::count(TVC16ColorList.begin(), TVC16ColorList.end(), opaque.rgb()) > 0)
+        return opaque;
+    return ZRImageExt::closestColor(color, searchList(), nullptr).color();
 }
 
 ZRTVC16Pixel ZR8BitTVCColor16::TVC16PixelFromTVC16Colors(const ZRTVC16Colors &color1,
