@@ -64,14 +64,14 @@ enum ZRTVC16Palette : unsigned char
 /// ones. GCC, Clang and MSVC do, and a test checks it. The conversions use value alone.
 union ZRTVC16Pixel
 {
-    /// The pixels that a byte holds.
-    ZRTVC16Pixel(const unsigned char &byte)
+    /// The pixels that a byte holds; without an argument two black ones.
+    constexpr ZRTVC16Pixel(const unsigned char &byte = 0)
         : value(byte)
     {
     }
 
     /// The byte that holds both pixels.
-    operator unsigned char() const { return value; }
+    constexpr operator unsigned char() const { return value; }
 
     unsigned char value; ///< the byte that holds both pixels
 
