@@ -4,8 +4,8 @@ namespace CLI {
 class App;
 }
 
-// Each adds its sub-command to the command line. The sub-command runs while the command line is parsed, and
-// throws Failure.
+// Each adds its sub-command to the command line. The sub-command runs when the command line has been parsed,
+// and throws Failure.
 
 void addDbCommand(CLI::App &app);
 void addDescribeCommand(CLI::App &app);

@@ -30,7 +30,7 @@ void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &
 
 void print(const QString &text)
 {
-    printBytes(text.toLocal8Bit());
+    printBytes(text.toUtf8());
 }
 
 void printBytes(const QByteArray &bytes)
@@ -42,7 +42,7 @@ void printBytes(const QByteArray &bytes)
 
 void flushOutput()
 {
-    // An earlier flush, as that of a help text, may have failed.
+    // An earlier flush, in front of a warning, may have failed.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         failOutput();
 }
@@ -56,8 +56,13 @@ void printError(const QString &line)
         else
             shown += character;
     }
-    std::fflush(stdout); // what was printed before comes before, also where both go to one place
-    std::fprintf(stderr, "%s\n", shown.toLocal8Bit().constData());
+    std::fflush(stdout); // what was printed before comes first, also where both go to one place
+    std::fprintf(stderr, "%s\n", shown.toUtf8().constData());
+}
+
+void printWarning(const QString &text)
+{
+    printError(QStringLiteral("zr8bit: warning: ") + text);
 }
 
 void showMessageLog()
@@ -69,14 +74,4 @@ void finishMessageLog()
 {
     if (logWarnings > LogWarningsShown)
         printWarning(QStringLiteral("%1 more warnings are not shown").arg(logWarnings - LogWarningsShown));
-}
-
-void printWarning(const QString &text)
-{
-    printError(QStringLiteral("zr8bit: warning: ") + text);
-}
-
-QString fromArgument(const std::string &argument)
-{
-    return QString::fromLocal8Bit(argument.data(), static_cast<qsizetype>(argument.size()));
 }

@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-#include <string>
+// Standard output and standard error, which get UTF-8.
 
 /// Writes text to standard output, as it stands. Throws Failure when it cannot be written.
 void print(const QString &text);
@@ -16,15 +16,12 @@ void flushOutput();
 /// Writes a line to standard error, with control characters shown as in \x0A.
 void printError(const QString &line);
 
-/// Sends what goes to Qt's message log to standard error, a line for each message, but only the first 20 of
-/// the warnings.
+/// Writes a line to standard error about something that does not stop the command.
+void printWarning(const QString &text);
+
+/// From now on each message of Qt's message log is a line on standard error. Of the warnings only the first
+/// 20 are shown.
 void showMessageLog();
 
 /// Prints how many warnings of the message log were not shown.
 void finishMessageLog();
-
-/// Writes a line to standard error that a person should know of, where the command goes on.
-void printWarning(const QString &text);
-
-/// A command line argument as text.
-QString fromArgument(const std::string &argument);

@@ -6,8 +6,6 @@
 
 #include <zr8bitlib/zr8bittvc.h>
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -20,21 +18,22 @@ struct EncodeOptions
     bool hex = false;
     bool padded = false;
     std::optional<int> perLine;
-    std::string newline = "lf";
+    QString newline = QStringLiteral("lf");
 };
 
 void encode(const EncodeOptions &options)
 {
     constexpr int ValuesPerLine = 16;
-    const QByteArray data = readInput(fromArgument(options.files.input));
+    const QByteArray data = readInput(options.files.input);
     QString listing =
         ZR8BitTVC::BinToDB(data, options.hex, options.padded, options.perLine.value_or(ValuesPerLine));
     // The library only separates lines; other programs want every line to have its end.
-    if (options.newline != "cr" && !listing.isEmpty()) {
+    if (options.newline != QLatin1String("cr") && !listing.isEmpty()) {
         listing += u'\r';
-        listing.replace(u'\r', options.newline == "lf" ? QStringLiteral("\n") : QStringLiteral("\r\n"));
+        listing.replace(u'\r', options.newline == QLatin1String("lf") ? QStringLiteral("\n")
+                                                                      : QStringLiteral("\r\n"));
     }
-    writeOutput(fromArgument(options.files.output), listing.toLatin1());
+    writeOutput(options.files.output, listing.toLatin1());
 }
 
 /// The index of the line that makes a listing bad: the last one of the fewest lines that are refused. A "$"
@@ -76,7 +75,7 @@ QString badLineText(const QString &path, const QString &listing)
 void decode(const Files &files)
 {
     // Comments may be in any encoding: only ASCII matters, and what is not UTF-8 is no number.
-    const QString path = fromArgument(files.input);
+    const QString &path = files.input;
     QString listing = QString::fromUtf8(readInput(path));
     listing.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     QByteArray data;
@@ -84,7 +83,7 @@ void decode(const Files &files)
         throw Failure(badLineText(path, listing));
     if (data.isEmpty() && !listing.trimmed().isEmpty())
         printWarning(QStringLiteral("The listing in %1 holds no DB values").arg(inputName(path)));
-    writeOutput(fromArgument(files.output), data);
+    writeOutput(files.output, data);
 }
 
 void addEncodeCommand(CLI::App &group)
@@ -102,10 +101,14 @@ void addEncodeCommand(CLI::App &group)
                     "Values on a line, 16 by default; 0 puts all on a single line");
     command
         ->add_option("--newline", options->newline,
-                     "End of a line; cr stands only between lines, as the library writes it")
-        ->check(CLI::IsMember({"lf", "cr", "crlf"}))
-        ->capture_default_str();
-    command->callback([options] { encode(*options); });
+                     "End of a line: lf, crlf, or cr, which stands only between lines; lf by default")
+        ->type_name("END");
+    command->callback([options] {
+        if (!QStringList{QStringLiteral("lf"), QStringLiteral("cr"), QStringLiteral("crlf")}.contains(
+                options->newline))
+            failOption("--newline", options->newline, QStringLiteral("lf, cr or crlf"));
+        encode(*options);
+    });
 }
 
 void addDecodeCommand(CLI::App &group)

@@ -10,8 +10,6 @@
 #include <zr8bitlib/zr8bitregister.h>
 #include <zrbaselib/zrconfigiface.h>
 
-#include <CLI/CLI.hpp>
-
 #include <QtGui/QTextDocumentFragment>
 
 #include <algorithm>
@@ -119,7 +117,7 @@ void addDescribeCommand(CLI::App &app)
                                    "Print what a processor says of itself: texts, registers "
                                    "and instruction table.",
                                    {"zr8bit describe", "zr8bit describe MOS6510 | grep ADC"});
-    auto type = std::make_shared<std::string>("MOS6510");
-    command->add_option("TYPE", *type, "Processor type")->capture_default_str();
-    command->callback([type] { describe(fromArgument(*type)); });
+    auto type = std::make_shared<QString>(QStringLiteral("MOS6510"));
+    command->add_option("TYPE", *type, "Processor type; MOS6510 by default");
+    command->callback([type] { describe(*type); });
 }

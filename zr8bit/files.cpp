@@ -3,8 +3,6 @@
 #include "console.h"
 #include "failure.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -18,7 +16,6 @@
 #include <system_error>
 
 #ifdef Q_OS_WIN
-#include <fcntl.h>
 #include <io.h>
 #else
 #include <unistd.h>
@@ -34,14 +31,12 @@ bool isStandardStream(const QString &path)
     return path == QLatin1String("-");
 }
 
-/// Makes a standard stream carry bytes as they are, and returns whether it is a terminal.
-bool prepareStream(FILE *stream)
+bool inputIsTerminal()
 {
 #ifdef Q_OS_WIN
-    _setmode(_fileno(stream), _O_BINARY);
-    return _isatty(_fileno(stream)) != 0;
+    return _isatty(_fileno(stdin)) != 0;
 #else
-    return isatty(fileno(stream)) != 0;
+    return isatty(STDIN_FILENO) != 0;
 #endif
 }
 
@@ -62,8 +57,8 @@ bool isDevice(const QString &path)
     return target.exists() && !target.isFile() && !target.isDir();
 }
 
-/// Whether all of data is written. Goes on where a full disk cuts a write short: only the next one names the
-/// cause.
+/// Returns whether all of data could be written. A full disk cuts a write short without an error: only the
+/// next write names the cause.
 bool writeAll(QFileDevice &file, const QByteArray &data)
 {
     for (qint64 done = 0; done < data.size();) {
@@ -88,8 +83,8 @@ QByteArray readInput(const QString &path)
 {
     QFile file(path);
     if (isStandardStream(path)) {
-        if (prepareStream(stdin))
-            throw CLI::CallForHelp();
+        if (inputIsTerminal())
+            throw InputIsTerminal();
         if (!file.open(stdin, QIODevice::ReadOnly))
             failToRead(path, file);
     } else if (!file.open(QIODevice::ReadOnly)) {
@@ -131,7 +126,6 @@ QString readUtf8(const QString &path)
 void writeOutput(const QString &path, const QByteArray &data)
 {
     if (isStandardStream(path)) {
-        prepareStream(stdout);
         printBytes(data);
         return;
     }
@@ -155,8 +149,8 @@ void writeFolder(const QString &path, const QList<NamedData> &files)
         if (QFileInfo(folder.filePath(file.name)).isDir())
             failToWrite(folder.filePath(file.name), QStringLiteral("It is a folder"));
     }
-    // All are written beside their place first, so that whatever cannot be written stops the command before
-    // the first of them takes its place.
+    // All are written to a temporary folder first: what cannot be written stops the command before anything
+    // has been replaced.
     if (!folder.mkpath(QStringLiteral(".")))
         failToWrite(path, QStringLiteral("The folder cannot be made"));
     const QTemporaryDir staging(folder.filePath(QStringLiteral(".zr8bit-XXXXXX")));

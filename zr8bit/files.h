@@ -6,15 +6,20 @@
 
 // Input and output of the sub-commands that convert. "-" means standard input or output.
 
-/// All bytes of the input. Throws Failure when they cannot be read or are more than 256 MiB, and asks for the
-/// help text instead of waiting when standard input is a terminal.
+/// Thrown instead of waiting for what a person may type.
+struct InputIsTerminal
+{
+};
+
+/// All bytes of the input. Throws Failure when they cannot be read or are more than 256 MiB, and
+/// InputIsTerminal when they would come from a terminal.
 QByteArray readInput(const QString &path);
 
-/// The input as a text, without a byte order mark. Throws Failure as readInput(), and for what is not UTF-8.
+/// The input as a text, without a byte order mark. Throws as readInput(), and Failure for what is not UTF-8.
 QString readUtf8(const QString &path);
 
-/// Writes the output: a file whole or not at all. Throws Failure when it cannot be written, with an existing
-/// file as it was.
+/// Writes the output. A file is written whole or not at all: when it cannot be written, throws Failure and
+/// leaves an existing file as it was.
 void writeOutput(const QString &path, const QByteArray &data);
 
 /// A file by its name within a folder.
@@ -24,10 +29,10 @@ struct NamedData
     QByteArray data;
 };
 
-/// Writes files into a folder, which is made when it does not exist. Throws Failure when one of them cannot
-/// be written, with those that exist as they were. Only should the system refuse to rename a file that is
-/// already written, those before it have taken their place.
+/// Writes files into a folder, which is made when it does not exist. When one of them cannot be written,
+/// throws Failure and leaves the files of the folder as they were. The files are written under other names
+/// and renamed at the end: if the system refuses to rename one, those before it have been replaced.
 void writeFolder(const QString &path, const QList<NamedData> &files);
 
-/// A path of readInput() as messages show it.
+/// The input as messages name it: the path in quotes, or "standard input".
 QString inputName(const QString &path);

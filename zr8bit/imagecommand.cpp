@@ -1,12 +1,9 @@
 #include "commands.h"
-#include "console.h"
 #include "files.h"
 #include "options.h"
 #include "pictures.h"
 
 #include <zr8bitlib/zr8bittvccolor16.h>
-
-#include <CLI/CLI.hpp>
 
 #include <memory>
 
@@ -16,29 +13,28 @@ namespace {
 
 struct Options
 {
-    std::string input = "-";
-    std::string output = "-";
+    QString input = QStringLiteral("-");
+    QString output = QStringLiteral("-");
     std::optional<int> width;
     std::optional<int> scale;
 };
 
 void encode(const Options &options)
 {
-    const QImage picture = readPicture(fromArgument(options.input));
-    writeOutput(fromArgument(options.output), TVC::QImageToTVC16Bin(picture));
+    const QImage picture = readPicture(options.input);
+    writeOutput(options.output, TVC::QImageToTVC16Bin(picture));
 }
 
 void decode(const Options &options)
 {
-    const QByteArray stream =
-        readStream(fromArgument(options.input), bytesPerRow(*options.width), QStringLiteral("rows"));
-    writeOutput(fromArgument(options.output), toPng(TVC::QImageFromTVC16Bin(stream, *options.width)));
+    const QByteArray stream = readStream(options.input, bytesPerRow(*options.width), QStringLiteral("rows"));
+    writeOutput(options.output, toPng(TVC::QImageFromTVC16Bin(stream, *options.width)));
 }
 
 void preview(const Options &options)
 {
-    const QImage picture = TVC::QImageToTVC16ColoredQImage(readPicture(fromArgument(options.input)));
-    writeOutput(fromArgument(options.output), toPng(enlarge(picture, options.scale.value_or(1))));
+    const QImage picture = TVC::QImageToTVC16ColoredQImage(readPicture(options.input));
+    writeOutput(options.output, toPng(enlarge(picture, options.scale.value_or(1))));
 }
 
 } // namespace

@@ -1,17 +1,20 @@
 #include "commands.h"
 #include "console.h"
 #include "failure.h"
+#include "files.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QtCore/QCoreApplication>
 
-#include <new>
-
-#ifndef Q_OS_WIN
-#include <fcntl.h>
-
 #include <csignal>
+#include <cstdio>
+#include <new>
+#include <sstream>
+
+#include <fcntl.h>
+#ifdef Q_OS_WIN
+#include <io.h>
 #endif
 
 namespace {
@@ -24,27 +27,34 @@ enum ExitCode
 };
 
 /// Runs the sub-command, or prints the help or what is wrong with the command line. Returns the exit code.
-int parse(CLI::App &app, int argc, char *argv[])
+int parse(CLI::App &app)
 {
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    std::vector<std::string> words; // in reverse, as the parser takes them
+    for (auto argument = arguments.crbegin(); argument != arguments.crend(); ++argument)
+        words.push_back(argument->toStdString());
     try {
-        app.parse(argc, argv);
+        app.parse(std::move(words));
+    } catch (const InputIsTerminal &) {
+        print(QString::fromStdString(app.help()));
     } catch (const CLI::Success &help) {
-        app.exit(help);
+        std::ostringstream text;
+        app.exit(help, text);
+        print(QString::fromStdString(text.str()));
     } catch (const CLI::ParseError &error) {
         // The parser calls a command missing where it is one that it does not know.
         const std::vector<std::string> unknown = app.remaining(true);
-        printError(
-            QStringLiteral("zr8bit: %1")
-                .arg(unknown.empty()
-                         ? fromArgument(error.what())
-                         : QStringLiteral("'%1' is not known here").arg(fromArgument(unknown.front()))));
+        printError(QStringLiteral("zr8bit: %1")
+                       .arg(unknown.empty() ? QString::fromStdString(error.what())
+                                            : QStringLiteral("'%1' is not known here")
+                                                  .arg(QString::fromStdString(unknown.front()))));
         printError(QStringLiteral("Run with --help for more information."));
         return WrongCommandLine;
     }
     return Success;
 }
 
-int runCommandLine(int argc, char *argv[])
+int runCommandLine()
 {
     CLI::App app("Runs configured 8-bit machines and converts data of the Videoton TV Computer (TVC).\n"
                  "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line.",
@@ -60,7 +70,7 @@ int runCommandLine(int argc, char *argv[])
     addSpriteCommand(app);
 
     try {
-        const int exitCode = parse(app, argc, argv);
+        const int exitCode = parse(app);
         flushOutput();
         return exitCode;
     } catch (const Failure &failure) {
@@ -71,8 +81,8 @@ int runCommandLine(int argc, char *argv[])
     return CommandFailed;
 }
 
-/// Makes whatever cannot be written an error, where the system would end the program by a signal: a pipe
-/// whose reader is gone, and a file beyond the limit of its size.
+/// Makes a write that fails an error, where the system would end the program by a signal: to a pipe whose
+/// reader is gone, or beyond the limit of a file's size. Standard error may lose its reader at no harm.
 void ignoreWriteSignals()
 {
 #ifndef Q_OS_WIN
@@ -81,11 +91,15 @@ void ignoreWriteSignals()
 #endif
 }
 
-/// Takes the places of standard streams that are closed, so that no file opened later gets their numbers and
-/// is read or written in their stead. Input and output fail there.
-void reserveStandardStreams()
+/// Makes the standard streams carry bytes as they are. Replaces those that are closed, where input and output
+/// then fail: a file that is opened later would get the number of a closed one, and be read or written
+/// instead of it.
+void prepareStandardStreams()
 {
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+    for (FILE *stream : {stdin, stdout})
+        _setmode(_fileno(stream), _O_BINARY);
+#else
     constexpr int Directions[] = {O_WRONLY, O_RDONLY, O_RDWR}; // of the streams 0, 1 and 2
     for (int stream = 0; stream <= 2; ++stream) {
         if (fcntl(stream, F_GETFD) < 0)
@@ -99,10 +113,10 @@ void reserveStandardStreams()
 int main(int argc, char *argv[])
 {
     ignoreWriteSignals();
-    reserveStandardStreams();
+    prepareStandardStreams();
     const QCoreApplication application(argc, argv);
     showMessageLog();
-    const int exitCode = runCommandLine(argc, argv);
+    const int exitCode = runCommandLine();
     finishMessageLog();
     return exitCode;
 }

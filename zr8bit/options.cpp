@@ -1,9 +1,6 @@
 #include "options.h"
 
-#include "console.h"
 #include "numbers.h"
-
-#include <CLI/CLI.hpp>
 
 #include <memory>
 
@@ -29,26 +26,33 @@ private:
 
 } // namespace
 
+bool lexical_cast(const std::string &value, QString &target)
+{
+    target = QString::fromStdString(value);
+    return true;
+}
+
 CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
                              NumberRange range, std::optional<int> &target, const std::string &description)
 {
-    const auto store = [name, range, &target](const std::string &value) {
-        target = parseNumber(fromArgument(value));
+    const auto store = [name, range, &target](const QString &value) {
+        target = parseNumber(value);
         if (!target || *target < range.smallest || *target > range.largest)
-            failOption(name, fromArgument(value),
+            failOption(name, value,
                        QStringLiteral("a number from %1 to %2, written as 512, 0x200 or $200")
                            .arg(range.smallest)
                            .arg(range.largest));
     };
-    return command.add_option_function<std::string>(name, store, description)->type_name(valueName);
+    return command.add_option_function<QString>(name, store, description)->type_name(valueName);
 }
 
-void addInputArgument(CLI::App &command, std::string &target, const std::string &description)
+void addInputArgument(CLI::App &command, QString &target, const std::string &description)
 {
-    command.add_option("INPUT", target, description + "; standard input by default and for -");
+    command.add_option("INPUT", target, description + "; standard input by default and for -")
+        ->type_name("FILE");
 }
 
-void addOutputOption(CLI::App &command, std::string &target, const std::string &description)
+void addOutputOption(CLI::App &command, QString &target, const std::string &description)
 {
     command.add_option("-o,--output", target, description + "; standard output by default and for -")
         ->type_name("OUTPUT");
@@ -73,6 +77,5 @@ CLI::App *addCommand(CLI::App &parent, const std::string &name, const std::strin
 
 void failOption(const std::string &name, const QString &value, const QString &expected)
 {
-    throw CLI::ValidationError(
-        name, QStringLiteral("'%1' is not %2").arg(value, expected).toLocal8Bit().toStdString());
+    throw CLI::ValidationError(name, QStringLiteral("'%1' is not %2").arg(value, expected).toStdString());
 }

@@ -2,15 +2,24 @@
 
 #include <QtCore/QString>
 
+#include <CLI/CLI.hpp>
+
 #include <limits>
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-class Option;
-} // namespace CLI
+// What the sub-commands share of their command lines, and all that they need of the parser, which then stores
+// an option in a QString as it does in a std::string.
+
+/// Reads the value of an option, which is UTF-8. The parser finds it by the type of the target.
+bool lexical_cast(const std::string &value, QString &target);
+
+// The parser takes each type with a value_type for a wrapper of one value, here of a QChar.
+template <>
+struct CLI::detail::is_wrapper<QString> : std::false_type
+{
+};
 
 /// The numbers that an option takes.
 struct NumberRange
@@ -25,23 +34,23 @@ CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const s
                              NumberRange range, std::optional<int> &target, const std::string &description);
 
 /// Adds the argument INPUT, a file to read or "-" for standard input, which it is by default.
-void addInputArgument(CLI::App &command, std::string &target, const std::string &description);
+void addInputArgument(CLI::App &command, QString &target, const std::string &description);
 
 /// Adds the option -o, a file to write or "-" for standard output, which it is by default.
-void addOutputOption(CLI::App &command, std::string &target, const std::string &description);
+void addOutputOption(CLI::App &command, QString &target, const std::string &description);
 
 /// The input and the output of a conversion.
 struct Files
 {
-    std::string input = "-";
-    std::string output = "-";
+    QString input = QStringLiteral("-");
+    QString output = QStringLiteral("-");
 };
 
 /// Adds both for a conversion that takes any file.
 void addFiles(CLI::App &command, Files &files);
 
-/// Adds a command whose help text begins with examples. They work where the examples folder is, by themselves
-/// and without a warning.
+/// Adds a command whose help text begins with examples. Each works by itself and without a warning, from the
+/// folder that holds the folder examples.
 CLI::App *addCommand(CLI::App &parent, const std::string &name, const std::string &description,
                      const std::vector<std::string> &examples);
 

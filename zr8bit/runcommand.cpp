@@ -9,8 +9,6 @@
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bitregister.h>
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 #include <optional>
 
@@ -27,9 +25,9 @@ struct NumberedText
 
 struct Options
 {
-    std::string settings;
-    std::string memory;
-    std::string processor;
+    QString settings;
+    QString memory;
+    QString processor;
     QList<NumberedText> loads;
     QList<NumberedText> registers;
     std::optional<int> start;
@@ -139,8 +137,7 @@ QString Run::_instructionText(ZR::ZR8BitProcCommand &command)
 
 void run(const Options &options)
 {
-    Machine machine(fromArgument(options.settings), fromArgument(options.memory),
-                    fromArgument(options.processor), options.log);
+    Machine machine(options.settings, options.memory, options.processor, options.log);
     for (const NumberedText &load : options.loads)
         machine.loadFile(load.text, load.number);
     for (const NumberedText &setting : options.registers)
@@ -160,9 +157,8 @@ void run(const Options &options)
 void addNumberedTextOption(CLI::App &command, const std::string &name, const std::string &form,
                            char separator, QList<NumberedText> &target, const std::string &description)
 {
-    const auto store = [name, form, separator, &target](const std::vector<std::string> &values) {
-        for (const std::string &value : values) {
-            const QString text = fromArgument(value);
+    const auto store = [name, form, separator, &target](const QStringList &values) {
+        for (const QString &text : values) {
             const qsizetype place = text.lastIndexOf(QLatin1Char(separator));
             const std::optional<int> number = parseNumber(text.mid(place + 1));
             if (place < 1 || !number)
@@ -172,7 +168,7 @@ void addNumberedTextOption(CLI::App &command, const std::string &name, const std
             target.append({text.left(place), *number});
         }
     };
-    command.add_option_function<std::vector<std::string>>(name, store, description)
+    command.add_option_function<QStringList>(name, store, description)
         ->type_name(form)
         ->allow_extra_args(false);
 }
@@ -187,7 +183,9 @@ void addRunCommand(CLI::App &app)
                     "zr8bit run examples/example.ini --load examples/all-modes.bin@0 --start 0x200 "
                     "--steps 3 --trace"});
     auto options = std::make_shared<Options>();
-    command->add_option("MACHINE.ini", options->settings, "Settings file of the machine")->required();
+    command->add_option("MACHINE.ini", options->settings, "Settings file of the machine")
+        ->type_name("FILE")
+        ->required();
     command->add_option("--processor", options->processor, "Processor to run; the only one by default")
         ->type_name("NAME");
     command->add_option("--memory", options->memory, "RAM to run in; the only one by default")

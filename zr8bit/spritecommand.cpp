@@ -7,8 +7,6 @@
 
 #include <zr8bitlib/zr8bittvccolor16.h>
 
-#include <CLI/CLI.hpp>
-
 #include <QtGui/QPainter>
 
 #include <limits>
@@ -20,9 +18,9 @@ namespace {
 
 struct Options
 {
-    std::vector<std::string> inputs;
-    std::string input = "-";
-    std::string output = "-";
+    QStringList inputs;
+    QString input = QStringLiteral("-");
+    QString output = QStringLiteral("-");
     QColor transparent = QColor(255, 0, 255);
     std::optional<int> width;
     std::optional<int> height;
@@ -32,8 +30,7 @@ struct Options
 void encode(const Options &options)
 {
     QList<QImage> frames;
-    for (const std::string &input : options.inputs) {
-        const QString path = fromArgument(input);
+    for (const QString &path : options.inputs) {
         frames += readPicture(path);
         const QSize first = frames.first().size();
         const QSize size = frames.last().size();
@@ -43,7 +40,7 @@ void encode(const Options &options)
                                   QString::number(size.height()), QString::number(first.width()),
                                   QString::number(first.height())));
     }
-    writeOutput(fromArgument(options.output), TVC::QImagesToTVC16Sprite(frames, options.transparent));
+    writeOutput(options.output, TVC::QImagesToTVC16Sprite(frames, options.transparent));
 }
 
 /// The picture of a frame with transparent pixels, where the library's has white ones.
@@ -66,7 +63,7 @@ QImage applyMask(const QImage &picture, const QByteArray &frame)
 /// The pictures of all frames of the input.
 QList<QImage> readFrames(const Options &options)
 {
-    const QString path = fromArgument(options.input);
+    const QString &path = options.input;
     const qint64 frameSize = 2 * bytesPerRow(*options.width) * *options.height;
     const QByteArray stream = readStream(path, frameSize, QStringLiteral("frames"));
     QList<QImage> frames = TVC::QImagesFromTVC16Sprite(stream, *options.width, *options.height);
@@ -89,7 +86,7 @@ void decode(const Options &options)
     for (const QImage &frame : readFrames(options))
         files.append(
             {QStringLiteral("frame-%1.png").arg(files.size(), 3, 10, QLatin1Char('0')), toPng(frame)});
-    writeFolder(fromArgument(options.output), files);
+    writeFolder(options.output, files);
 }
 
 /// Squares of two greys, by which transparent pixels are known.
@@ -121,21 +118,20 @@ void preview(const Options &options)
         left += size.width();
     }
     painter.end();
-    writeOutput(fromArgument(options.output), toPng(enlarge(sheet, options.scale.value_or(1))));
+    writeOutput(options.output, toPng(enlarge(sheet, options.scale.value_or(1))));
 }
 
 void addTransparentOption(CLI::App &command, QColor &target)
 {
-    const auto store = [&target](const std::string &value) {
-        const QColor color = QColor::fromString(fromArgument(value));
+    const auto store = [&target](const QString &value) {
+        const QColor color = QColor::fromString(value);
         if (!color.isValid())
-            failOption("--transparent", fromArgument(value),
-                       QStringLiteral("a colour, written as #ff00ff or magenta"));
+            failOption("--transparent", value, QStringLiteral("a colour, written as #ff00ff or magenta"));
         target = QColor(color.rgb()); // pixels are compared with colours of 8 bits
     };
     command
-        .add_option_function<std::string>("--transparent", store,
-                                          "Colour of transparent pixels; #ff00ff by default")
+        .add_option_function<QString>("--transparent", store,
+                                      "Colour of transparent pixels; #ff00ff by default")
         ->type_name("COLOR");
 }
 
@@ -163,7 +159,8 @@ void addSpriteCommand(CLI::App &app)
                     "zr8bit sprite encode --transparent black examples/sunset.png > sunset-sprite.bin"});
     command
         ->add_option("INPUT", options->inputs,
-                     "Pictures of any format that Qt reads, such as PNG, one a frame; - is standard input")
+                     "Pictures of any format that Qt reads, such as PNG, one a frame; standard input for -")
+        ->type_name("FILE")
         ->required();
     addOutputOption(*command, options->output, "File for the bytes");
     addTransparentOption(*command, options->transparent);

@@ -5,8 +5,6 @@
 
 #include <zr8bitlib/zr8bittvc.h>
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -41,18 +39,18 @@ void finish(const QString &source, QString &target, bool keepLineEnds)
 
 void encode(const Options &options)
 {
-    const QString text = readUtf8(fromArgument(options.files.input));
+    const QString text = readUtf8(options.files.input);
     QString codes = QString::fromLatin1(ZR8BitTVC::QStringToTVCStr(text));
     finish(text, codes, options.lines);
-    writeOutput(fromArgument(options.files.output), codes.toLatin1());
+    writeOutput(options.files.output, codes.toLatin1());
 }
 
 void decode(const Options &options)
 {
-    const QByteArray codes = readInput(fromArgument(options.files.input));
+    const QByteArray codes = readInput(options.files.input);
     QString text = ZR8BitTVC::TVCStrToQString(codes);
     finish(QString::fromLatin1(codes), text, options.lines);
-    writeOutput(fromArgument(options.files.output), text.toUtf8());
+    writeOutput(options.files.output, text.toUtf8());
 }
 
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
