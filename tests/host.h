@@ -17,9 +17,9 @@ struct HostResult
 inline HostResult runProcess(QProcess &process, const QString &program, const QStringList &arguments,
                              const QByteArray &input = QByteArray())
 {
-    // Without a UTF-8 locale Qt warns on standard error.
+    // The host does not depend on a UTF-8 locale, nor warns that there is none.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
     process.write(input);

@@ -123,7 +123,6 @@ private Q_SLOTS:
             bool isFine;
         } conditions[] = {
             {"full output", openFull, STDOUT_FILENO, false, false},
-            {"output without a reader", openWithoutReader, STDOUT_FILENO, false, false},
             {"closed output", closeStream, STDOUT_FILENO, false, false},
             {"full disk", limitFiles, 0, true, false},
             {"errors without a reader", openWithoutReader, STDERR_FILENO, true, true},
@@ -154,6 +153,8 @@ private Q_SLOTS:
         QCOMPARE(readFile(path("out/kept")), result("text decode %1", closeStream, STDIN_FILENO).output);
         for (const char *words : {"describe", "--help", "text decode --help", "--version"})
             QCOMPARE(result(words, openFull, STDOUT_FILENO).exitCode, 1);
+        for (const char *words : {"describe", "--help", "text decode %1", "run %3example.ini"})
+            QCOMPARE(result(words, openWithoutReader, STDOUT_FILENO).exitCode, -1); // by a signal
     }
 
     // Noise for a sound has millions of values out of range.

@@ -5,7 +5,10 @@
 
 #include <QtCore/QtLogging>
 
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <system_error>
 
 namespace {
 
@@ -13,9 +16,26 @@ namespace {
 constexpr qint64 LogWarningsShown = 20;
 qint64 logWarnings = 0;
 
+/// The number of the system's error when standard output first failed; 0 as long as it has not.
+int outputError = 0;
+
+/// Notes why standard output failed. Ends the program when its reader is gone.
+void noteOutputError()
+{
+#ifdef SIGPIPE
+    if (errno == EPIPE) {
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+    }
+#endif
+    if (outputError == 0)
+        outputError = errno;
+}
+
 [[noreturn]] void failOutput()
 {
-    throw Failure(QStringLiteral("Couldn't write to standard output!"));
+    throw Failure(QStringLiteral("Couldn't write to standard output: %1")
+                      .arg(QString::fromLocal8Bit(std::generic_category().message(outputError))));
 }
 
 void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
@@ -36,14 +56,17 @@ void print(const QString &text)
 void printBytes(const QByteArray &bytes)
 {
     const auto size = static_cast<size_t>(bytes.size());
-    if (std::fwrite(bytes.constData(), 1, size, stdout) != size)
+    if (std::fwrite(bytes.constData(), 1, size, stdout) != size) {
+        noteOutputError();
         failOutput();
+    }
 }
 
 void flushOutput()
 {
-    // An earlier flush, in front of a warning, may have failed.
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+    if (std::fflush(stdout) != 0)
+        noteOutputError();
+    if (outputError != 0) // or an earlier flush has failed, in front of a warning
         failOutput();
 }
 
@@ -56,7 +79,8 @@ void printError(const QString &line)
         else
             shown += character;
     }
-    std::fflush(stdout); // what was printed before comes first, also where both go to one place
+    if (std::fflush(stdout) != 0) // what was printed before comes first, also where both go to one place
+        noteOutputError();
     std::fprintf(stderr, "%s\n", shown.toUtf8().constData());
 }
 

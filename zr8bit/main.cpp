@@ -108,12 +108,16 @@ void prepareStandardStreams()
 #endif
 }
 
+/// In a locale that is not UTF-8, Qt warns while it starts, and then uses UTF-8 all the same.
+void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     ignoreWriteSignals();
     prepareStandardStreams();
+    qInstallMessageHandler(ignoreMessage);
     const QCoreApplication application(argc, argv);
     showMessageLog();
     const int exitCode = runCommandLine();
