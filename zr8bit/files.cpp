@@ -2,6 +2,7 @@
 
 #include "console.h"
 #include "failure.h"
+#include "interrupts.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -134,8 +135,11 @@ void writeOutput(const QString &path, const QByteArray &data)
         writeFile(device, path, data);
         return;
     }
+    const InterruptDelay delay;
     QSaveFile file(path);
     writeFile(file, path, data);
+    if (delay.isInterrupted())
+        return; // the temporary file goes, and then the program
     if (!file.commit())
         failToWrite(path, file.errorString());
 }
@@ -153,11 +157,15 @@ void writeFolder(const QString &path, const QList<NamedData> &files)
     // has been replaced.
     if (!folder.mkpath(QStringLiteral(".")))
         failToWrite(path, QStringLiteral("The folder cannot be made"));
+    const InterruptDelay delay;
     const QTemporaryDir staging(folder.filePath(QStringLiteral(".zr8bit-XXXXXX")));
     if (!staging.isValid())
         failToWrite(path, staging.errorString());
-    for (const NamedData &file : files)
+    for (const NamedData &file : files) {
         writeOutput(staging.filePath(file.name), file.data);
+        if (delay.isInterrupted())
+            return;
+    }
     for (const NamedData &file : files) {
         std::error_code error;
         std::filesystem::rename(QFileInfo(staging.filePath(file.name)).filesystemFilePath(),
