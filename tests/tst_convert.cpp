@@ -24,7 +24,7 @@ private Q_SLOTS:
              "zr8bit: warning: 1 of 5 characters have no counterpart and became spaces\n"},
             {"text|decode|--lines", "\x88r\r\n\x95", 0, "Űr\r\nő", ""},
             {"text|encode", "ab\xEF-", 1, "",
-             "zr8bit: standard input is not UTF-8 text from the byte at offset 2 on!"},
+             "zr8bit: standard input, line 1: not UTF-8 text, the byte at offset 2 is $EF!"},
             {"db|encode", QByteArray(17, 9), 0, "DB 9" + QByteArray(",9").repeated(15) + "\nDB 9\n", ""},
             {"db|encode|--hex|--padded|--per-line|2|--newline|crlf", "\x0A\xDB\x01", 0,
              "DB $0A,$DB\r\nDB $01\r\n", ""},
@@ -33,7 +33,7 @@ private Q_SLOTS:
             {"db|decode", " RET\n", 0, "",
              "zr8bit: warning: The listing in standard input holds no DB values\n"},
             {"db|decode", "DB 1\r\nDB 2\rDB 3\nDB 1,\n x\x1B,2\nDB 6", 1, "",
-             "zr8bit: standard input, line 5: 'x\\x1B,2' holds what is not a number!\n"},
+             "zr8bit: standard input, line 5: not a number in 'x\\x1B,2', values are written as 10 or $A!\n"},
             {"db|encode|--per-line|-1", "1", 2, "", "zr8bit: --per-line: '-1' is not a number from 0"},
             {"sound|encode", "15,1000,20,240,\r\n", 0, "\x0F\x03\xE8\x14\xF0", ""},
             {"sound|decode", "\x0F\x03\xE8\x14\xF0", 0, "15,1000,020,240\n", ""},
@@ -43,7 +43,7 @@ private Q_SLOTS:
              "zr8bit: error: ZR8BitTVCSound::soundToBin(): Invalid data: 'x' on index: 2!\n"
              "zr8bit: Couldn't convert standard input!\n"},
             {"sound|decode|--format|vx", "", 2, "", "zr8bit: --format: 'vx' is not one or more of"},
-            {"text|endcode", "", 2, "", "zr8bit: 'endcode' is not known here\n"},
+            {"text|endcode", "", 2, "", "zr8bit: unknown command 'endcode', known are: encode, decode\n"},
             {"sound|decode|--separator|", "", 2, "", "zr8bit: --separator: '' is not a text without digits"},
             {"text|decode|-o|", "x", 1, "", "zr8bit: Couldn't write '': "},
         };
@@ -61,7 +61,7 @@ private Q_SLOTS:
             QByteArrayList lines(7, "DB 1");
             lines[bad - 1] = "DB x";
             const QByteArray errors = run("db decode", {}, lines.join('\n')).errors;
-            QVERIFY2(errors.contains("line " + QByteArray::number(bad) + ": 'DB x'"), errors);
+            QVERIFY2(errors.contains("line " + QByteArray::number(bad) + ": not a number in 'DB x'"), errors);
         }
     }
 

@@ -36,40 +36,50 @@ void encode(const EncodeOptions &options)
     writeOutput(options.files.output, listing.toLatin1());
 }
 
-/// The index of the line that makes a listing bad: the last one of the fewest lines that are refused. A "$"
-/// at the end of a line, which only the next line completes, may be named in its stead.
-qsizetype badLine(const QString &listing, const QList<QStringView> &lines)
+/// Whether a listing stays good with its next line. What the lines before it leave open stands in the text
+/// open, empty at first: it is the shortest listing with the same effect on the rest. A "$" at the end of a
+/// line counts as bad, though the next line may complete it.
+bool takesLine(QStringView line, QString &open)
 {
-    qsizetype first = 0; // what stands before it does not matter to what follows
-    qsizetype good = 0;
-    qsizetype bad = lines.size();
-    while (bad - good > 1) {
-        const qsizetype middle = good + (bad - good) / 2;
-        const qsizetype start = lines[first].begin() - listing.constBegin();
-        const qsizetype end = lines[middle - 1].end() - listing.constBegin();
-        QByteArray ignored;
-        if (!ZR8BitTVC::DBToBin(listing.sliced(start, end - start), ignored)) {
-            bad = middle;
-            continue;
-        }
-        good = middle;
-        if (lines[middle].trimmed().startsWith(QLatin1String("DB"), Qt::CaseInsensitive))
-            first = middle;
-    }
-    return bad - 1;
+    QString listing = open;
+    listing += line;
+    QByteArray ignored;
+    if (!ZR8BitTVC::DBToBin(listing, ignored))
+        return false;
+    const QLatin1String keyword("DB");
+    qsizetype lastKeyword = listing.lastIndexOf(keyword, -1, Qt::CaseInsensitive);
+    while (lastKeyword > 0 && listing[lastKeyword - 1] == u'$') // a value
+        lastKeyword = listing.lastIndexOf(keyword, lastKeyword - 1, Qt::CaseInsensitive);
+    if (lastKeyword < 0)
+        return true;
+    const qsizetype lastItem = qMax(lastKeyword + keyword.size(), listing.lastIndexOf(u',') + 1);
+    const QStringView item = QStringView(listing).sliced(lastItem).trimmed();
+    if (item.contains(u';'))
+        open = QStringLiteral("DB ;\n");
+    else
+        open = item.isEmpty() ? QStringLiteral("DB ") : QStringLiteral("DB 0\n");
+    return true;
 }
 
+/// What is wrong with a listing that is refused.
 QString badLineText(const QString &path, const QString &listing)
 {
     constexpr qsizetype LongestShown = 40;
-    const QList<QStringView> lines = QStringView(listing).split(u'\n');
-    const qsizetype index = badLine(listing, lines);
-    const QStringView line = lines[index].trimmed();
+    QString open;
+    QStringView line;
+    qsizetype number = 0;
+    for (const QStringView next : QStringView(listing).tokenize(u'\n')) {
+        line = next;
+        ++number;
+        if (!takesLine(line, open))
+            break;
+    }
+    line = line.trimmed();
     QString shown = line.left(LongestShown).toString();
     if (line.size() > LongestShown)
         shown += QStringLiteral("...");
-    return QStringLiteral("%1, line %2: '%3' holds what is not a number!")
-        .arg(inputName(path), QString::number(index + 1), shown);
+    return QStringLiteral("%1, line %2: not a number in '%3', values are written as 10 or $A!")
+        .arg(inputName(path), QString::number(number), shown);
 }
 
 void decode(const Files &files)

@@ -3,6 +3,7 @@
 #include "console.h"
 #include "failure.h"
 #include "interrupts.h"
+#include "numbers.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -116,8 +117,9 @@ QString readUtf8(const QString &path)
         // What stands for a bad sequence may begin with the same bytes.
         while (!bytes.first(valid).isValidUtf8())
             --valid;
-        throw Failure(QStringLiteral("%1 is not UTF-8 text from the byte at offset %2 on!")
-                          .arg(inputName(path), QString::number(valid)));
+        throw Failure(QStringLiteral("%1, line %2: not UTF-8 text, the byte at offset %3 is $%4!")
+                          .arg(inputName(path), QString::number(bytes.first(valid).count('\n') + 1),
+                               QString::number(valid), hexDigits(static_cast<uchar>(bytes[valid]), 2)));
     }
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);

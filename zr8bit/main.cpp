@@ -26,6 +26,39 @@ enum ExitCode
     WrongCommandLine = 2
 };
 
+/// The command that the arguments have chosen, or the program itself.
+const CLI::App &chosenCommand(const CLI::App &app)
+{
+    const std::vector<CLI::App *> chosen = app.get_subcommands();
+    return chosen.empty() ? app : chosenCommand(*chosen.back());
+}
+
+/// What is wrong with the command line, and what is allowed.
+QString problemText(const CLI::App &app, const CLI::ParseError &error)
+{
+    const CLI::App &command = chosenCommand(app);
+    QStringList known;
+    for (const CLI::App *next : command.get_subcommands([](const CLI::App *) { return true; }))
+        known += QString::fromStdString(next->get_name());
+
+    // The parser calls a command missing where it is one that it does not know.
+    const std::vector<std::string> unknown = app.remaining(true);
+    const QString word = unknown.empty() ? QString() : QString::fromStdString(unknown.front());
+    if (word.size() > 1 && word.startsWith(u'-'))
+        return QStringLiteral("unknown option '%1'").arg(word);
+    if (!known.isEmpty())
+        return QStringLiteral("%1, known are: %2")
+            .arg(unknown.empty() ? QStringLiteral("a command is missing")
+                                 : QStringLiteral("unknown command '%1'").arg(word),
+                 known.join(QStringLiteral(", ")));
+    if (!unknown.empty())
+        return QStringLiteral("one argument too many: '%1'").arg(word);
+    const QString text = QString::fromStdString(error.what());
+    if (error.get_name() == "ArgumentMismatch") // an option without its value, or one that is given twice
+        return QStringLiteral("%1: exactly one value is needed").arg(text.section(u':', 0, 0));
+    return text;
+}
+
 /// Runs the sub-command, or prints the help or what is wrong with the command line. Returns the exit code.
 int parse(CLI::App &app)
 {
@@ -42,12 +75,7 @@ int parse(CLI::App &app)
         app.exit(help, text);
         print(QString::fromStdString(text.str()));
     } catch (const CLI::ParseError &error) {
-        // The parser calls a command missing where it is one that it does not know.
-        const std::vector<std::string> unknown = app.remaining(true);
-        printError(QStringLiteral("zr8bit: %1")
-                       .arg(unknown.empty() ? QString::fromStdString(error.what())
-                                            : QStringLiteral("'%1' is not known here")
-                                                  .arg(QString::fromStdString(unknown.front()))));
+        printError(QStringLiteral("zr8bit: ") + problemText(app, error));
         printError(QStringLiteral("Run with --help for more information."));
         return WrongCommandLine;
     }
