@@ -1,9 +1,9 @@
-# Completion of zr8bit for bash.
+# Completion of zr8bit for bash, from 3.2 on.
 
 _zr8bit()
 {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local group=${COMP_WORDS[1]} choices='' kind=file
+    local group=${COMP_WORDS[1]} choices='' kind=file choice
 
     case "$COMP_CWORD $group $previous" in
         1\ *) choices='run describe text db sound image sprite --help --version' kind= ;;
@@ -29,8 +29,12 @@ _zr8bit()
         esac ;;
     esac
 
-    mapfile -t COMPREPLY < <(compgen ${choices:+-W "$choices"} ${kind:+-A "$kind"} -- "$word")
-    [[ -z $kind ]] || compopt -o filenames 2>/dev/null
+    COMPREPLY=()
+    while IFS= read -r choice; do
+        COMPREPLY+=("$choice")
+    done < <(compgen ${choices:+-W "$choices"} ${kind:+-A "$kind"} -- "$word")
+    # bash 3.2 has no compopt: there words count as file names too, which does them no harm.
+    [[ -n $kind ]] || compopt +o filenames 2>/dev/null
 }
 
-complete -F _zr8bit zr8bit
+complete -o filenames -F _zr8bit zr8bit

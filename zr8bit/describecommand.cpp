@@ -10,8 +10,6 @@
 #include <zr8bitlib/zr8bitregister.h>
 #include <zrbaselib/zrconfigiface.h>
 
-#include <QtGui/QTextDocumentFragment>
-
 #include <algorithm>
 #include <memory>
 
@@ -49,9 +47,10 @@ private:
     QString _type;
 };
 
-QString plainText(const QString &richText)
+/// The text without what it has of HTML: line breaks, and tabs that count as spaces.
+QString plainText(QString text)
 {
-    return QTextDocumentFragment::fromHtml(richText).toPlainText();
+    return text.replace(QLatin1String("<br>"), QLatin1String("\n")).replace(u'\t', u' ');
 }
 
 void printTexts(ZR::ZRObject &object)
