@@ -53,7 +53,7 @@ QString problemText(const CLI::App &app, const CLI::ParseError &error)
                  known.join(QStringLiteral(", ")));
     if (!unknown.empty())
         return QStringLiteral("one argument too many: '%1'").arg(word);
-    const QString text = QString::fromStdString(error.what());
+    QString text = QString::fromStdString(error.what());
     if (error.get_name() == "ArgumentMismatch") // an option without its value, or one that is given twice
         return QStringLiteral("%1: exactly one value is needed").arg(text.section(u':', 0, 0));
     return text;
