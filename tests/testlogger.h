@@ -4,18 +4,20 @@
 
 #include <QtCore/QStringList>
 
-/// Keeps what it is told, a line a message.
+/// Keeps the failures that it is told, as in "zr8bitlib/zr8bitrom byteValue: message".
 class TestLogger : public ZRLoggerIface
 {
 public:
     bool write(const QString &message, QtMsgType type, const QString &file, int line,
                const QString &function) override
     {
-        lines += QStringLiteral("%1|%2|%3|%4").arg(QString::number(type), message, file, function);
-        lineNumbers += line;
+        const QString operation = function.section(u'(', 0, 0).section(u':', -1);
+        reports +=
+            type == QtCriticalMsg ? file + u' ' + operation + QStringLiteral(": ") + message : function;
+        lines += line;
         return true;
     }
 
-    QStringList lines;
-    QList<int> lineNumbers;
+    QStringList reports;
+    QList<int> lines;
 };

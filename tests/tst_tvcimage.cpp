@@ -1,34 +1,39 @@
-// Pictures and sprites: the byte streams, cut ones too, formats, and parts of a larger picture.
+// Colour codes, the two-pixel byte, the closest colour, pictures and sprites.
+
+#include "testrows.h"
 
 #include <zr8bitlib/zr8bittvccolor16.h>
 #include <zrbaselib/zrimageext.h>
-
-#include <QtTest/QtTest>
-
-#include <thread>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace ZR;
 using TVC = ZR8BitTVCColor16;
 
+static_assert(ZRTVC16Pixel() == 0 && ZRTVC16Pixel(0x89) == 0x89);
+
 namespace {
 
-const QRgb Black = 0xFF000000;
-const QRgb White = 0xFFFFFFFF;
-const QRgb Key = 0xFFFF00FF;
+/// All codes. Bright black, which is black again, stands last, behind the distinct colours.
+const unsigned char codes[] = {0x00, 0x02, 0x08, 0x0A, 0x20, 0x22, 0x28, 0x2A,
+                               0x82, 0x88, 0x8A, 0xA0, 0xA2, 0xA8, 0xAA, 0x80};
+const int distinctCount = 15;
 
-/// The size and the pixels of images, with the first digit of each component: "2x1 f00 009".
+const QStringList names = u"#000000 #000092 #920000 #920092 #009200 #009292 #929200 #929292 "
+                          "#0000ff #ff0000 #ff00ff #00ff00 #00ffff #ffff00 #ffffff #000000"_s.split(u' ');
+
+/// The colour of an index; an invalid one beyond the last.
+QColor named(qsizetype index)
+{
+    return QColor(names.value(index));
+}
+
+/// The size and the bytes of images: "2x1 8a".
 QString text(const QList<QImage> &images)
 {
     QStringList words;
-    for (const QImage &image : images) {
-        words += u"%1x%2"_s.arg(image.width()).arg(image.height());
-        for (int i = 0; i < image.width() * image.height(); ++i) {
-            const QString name = image.pixelColor(i % image.width(), i / image.width()).name();
-            words += QString(name.at(1)) + name.at(3) + name.at(5);
-        }
-    }
+    for (const QImage &image : images)
+        words += u"%1x%2 "_s.arg(image.width()).arg(image.height()) +
+                 QLatin1String(TVC::QImageToTVC16Bin(image).toHex());
     return words.join(u' ');
 }
 
@@ -39,102 +44,128 @@ class tst_TVCImage : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void bytes()
+    {
+        for (int i = 0; i < 256; ++i) {
+            const auto byte = static_cast<unsigned char>(i);
+            const auto place = std::find(std::begin(codes), std::end(codes), byte) - std::begin(codes);
+            QCOMPARE(TVC::QColorFromUChar(byte), named(place));
+            QCOMPARE(TVC::TVC16ColorToRGBString(ZRTVC16Colors(byte)), names.value(place, names.first()));
+            // A palette code is the colour code shifted, and has no bit of the first pixel.
+            const QColor entry =
+                i & 0xAA ? QColor() : TVC::QColorFromUChar(static_cast<unsigned char>(2 * i));
+            QCOMPARE(TVC::TVC16PaletteToQColor(static_cast<ZRTVC16Palette>(byte)), entry);
+
+            const ZRTVC16Pixel pixel =
+                TVC::TVC16PixelFromTVC16Colors(ZRTVC16Colors(codes[i / 16]), ZRTVC16Colors(codes[i % 16]));
+            QCOMPARE(int(pixel), codes[i / 16] | codes[i % 16] >> 1);
+            QColor color1;
+            QColor color2(Qt::red);
+            TVC::TVC16PixelToQColors(pixel, color1, color2);
+            QVERIFY(color1 == named(i / 16) && color2 == named(i % 16));
+            QCOMPARE(int(pixel), pixel.intensity1 << 7 | pixel.intensity2 << 6 | pixel.green1 << 5 |
+                                     pixel.green2 << 4 | pixel.red1 << 3 | pixel.red2 << 2 |
+                                     pixel.blue1 << 1 | pixel.blue2);
+        }
+        const auto notMasked = TVC::TVC16ColorFromUChar(0xFF);
+        QCOMPARE(int(TVC::TVC16PixelFromTVC16Colors(ZRTVC16ColorBlack, notMasked)), 0x7F);
+        QCOMPARE(int(TVC::TVC16PixelFromQColors(QColor(250, 10, 10), QColor(0, 0, 140))), 0x89);
+    }
+
+    // The picture operations search in a way of their own, which has to find what closestColor() finds, and
+    // what a plain search finds. The step is odd, so that every value of each component comes up.
+    void closestColor()
+    {
+        QList<ZRColor> list;
+        for (int i = 0; i < distinctCount; ++i)
+            list += named(i);
+        QImage image(1 << 18, 1, QImage::Format_RGB32);
+        auto *pixels = reinterpret_cast<QRgb *>(image.bits());
+        for (int i = 0; i < image.width(); ++i)
+            pixels[i] = 0xFF000000 | (i < distinctCount ? named(i).rgb() : static_cast<QRgb>(i) * 61);
+        const QByteArray stream = TVC::QImageToTVC16Bin(image);
+        const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
+        for (int i = 0; i < image.width(); ++i) {
+            const QColor color(pixels[i]);
+            const QColor closest = ZRImageExt::closestColor(color, list, nullptr).color();
+            const auto code = static_cast<unsigned char>(stream.at(i / 2) * (i % 2 + 1) & 0xAA);
+            if (TVC::closestColor(color) != closest || preview.pixelColor(i, 0) != closest ||
+                TVC::QColorFromUChar(code) != closest || TVC::QColorToUChar(color) != code)
+                QFAIL(qPrintable(color.name()));
+        }
+        QCOMPARE(TVC::closestColor(QColor(146, 0, 0, 254)), QColor(146, 0, 0));
+        QCOMPARE(TVC::closestColor(QColor()), QColor(0, 0, 0));
+        QCOMPARE(TVC::closestColor(QColor::fromHsv(120, 255, 255)), QColor(0, 255, 0));
+        QCOMPARE(TVC::QColorToTVC16Palette(QColor(255, 0, 0)), ZRTVC16PaletteRed);
+    }
+
+    void search()
+    {
+        const QList<ZRColor> list{QColor(10, 0, 0), ZRColor(QColor(12, 0, 0), {7}), QColor(20, 0, 0)};
+        ZRImageExt::ColorCache cache;
+        QCOMPARE(ZRImageExt::closestColor(QColor(11, 0, 0, 5), list, nullptr).color(), QColor(10, 0, 0));
+        QCOMPARE(ZRImageExt::closestColor(QColor(13, 2, 1), list, &cache).values(), QList<quint32>{7});
+        QVERIFY(ZRImageExt::closestColor(QColor(13, 2, 1), {}, &cache).color().isValid()); // remembered
+    }
+
+    // Stream, width, height of a sprite's frame or 0 for a picture, and what is read.
+    void readers_data()
+    {
+        addRows(R"(
+odd width | 89550222 | 3 | 0 | 3x2 89000222
+largest width | ff | 2147483647 | 0 | 0x0
+sprite | 88aa00025555ff55 | 3 | 2 | 3x2 ddaaff02
+row of a plane cut | ff00 | 6 | 1 | 6x1 ff0000
+largest frame | ff | 2147483647 | 2147483647 | 0x0
+no width | ff | 0 | 2 | )");
+    }
+
     void readers()
     {
-        const int largest = std::numeric_limits<int>::max();
-        const struct
-        {
-            const char *stream;
-            int width;
-            int height; // of a sprite's frame; 0 for a picture
-            const char *expected;
-        } rows[] = {
-            {"89aa", 1, 0, "1x2 f00 fff"},
-            {"89550222", 3, 0, "3x2 f00 009 000 009 000 099"}, // 009: the level 0x92
-            {"ffffff", 4, 0, "4x2 fff fff fff fff fff fff 000 000"},
-            {"ff", 5, 0, "5x1 fff fff 000 000 000"},
-            {"", 4, 0, "0x0"},
-            {"ff", 0, 0, "0x0"},
-            {"ff", largest, 0, "0x0"},
-            {"88aa00025555ff55", 3, 2, "3x2 f00 fff fff fff fff 009"},
-            {"ff0000aaff00", 2, 2, "2x2 fff fff fff 000 2x1 fff fff"},
-            {"ff00ff00ff00", 4, 2, "4x1 fff fff fff fff"}, // a plane of a row and a half
-            {"ff00", 6, 1 << 30, "6x1 fff fff 000 000 000 000"},
-            {"ff", 4, 2, "4x1 000 000 000 000"},
-            {"ff", largest, largest, "0x0"},
-            {"ff", 0, 2, ""},
-            {"", 4, 2, ""},
-        };
-        for (const auto &row : rows) {
-            const QByteArray stream = QByteArray::fromHex(row.stream);
-            const QList<QImage> images = row.height == 0
-                                             ? QList<QImage>{TVC::QImageFromTVC16Bin(stream, row.width)}
-                                             : TVC::QImagesFromTVC16Sprite(stream, row.width, row.height);
-            QCOMPARE(text(images), QString::fromLatin1(row.expected));
-        }
+        QFETCH(QStringList, fields);
+        const QByteArray stream = bytesOf(fields[0]);
+        const int width = fields[1].toInt();
+        const int height = fields[2].toInt();
+        const QList<QImage> images = height == 0 ? QList<QImage>{TVC::QImageFromTVC16Bin(stream, width)}
+                                                 : TVC::QImagesFromTVC16Sprite(stream, width, height);
+        QCOMPARE(text(images).trimmed(), fields[3]);
+    }
+
+    // The pixels of one row, the transparent colour, and the frame.
+    void spriteFrame_data()
+    {
+        addRows(R"(
+odd width | ffff0000 ffff00ff ffffffff | #00ff00ff | 88aa5555
+half clear | 7f00ff00 8000ff00 80ff00ff | #00ff00ff | 5000aaff
+near the key | fffe00ff ffff00ff | #00ff00ff | 8a55
+no key | ff000000 00000000 |  | 0000
+)");
     }
 
     void spriteFrame()
     {
-        const struct
-        {
-            QList<QRgb> pixels;
-            QColor transparent;
-            const char *frame;
-        } rows[] = {
-            {{0xFFFF0000, Key, White, Key, Key, 0xFF000092}, QColor(Key), "88aa00025555ff55"},
-            {{White, Key}, QColor(255, 0, 255, 0), "aa55"},
-            {{0x80FF00FF}, QColor(Key), "00ff"}, // opaque enough to be the transparent colour
-            {{0xFFFE00FF, Key}, QColor(Key), "8a55"},
-            {{Black, 0xFF000001}, QColor(Qt::black), "00aa"},
-            {{0x7F00FF00, 0x8000FF00}, QColor(Key), "50aa"},
-            {{0, Key}, QColor(Key).toHsv(), "cf00"}, // no pixel equals a colour of another model,
-            {{Black, 0}, QColor(), "0000"},          // or an invalid one
-        };
-        for (const auto &row : rows) {
-            const int height = row.pixels.size() > 2 ? 2 : 1;
-            const QImage source(reinterpret_cast<const uchar *>(row.pixels.constData()),
-                                static_cast<int>(row.pixels.size()) / height, height, QImage::Format_ARGB32);
-            QCOMPARE(TVC::QImageToTVC16SpriteFrame(source, row.transparent).toHex(), QByteArray(row.frame));
-        }
+        QFETCH(QStringList, fields);
+        QList<QRgb> pixels;
+        for (const QString &pixel : fields[0].split(u' '))
+            pixels += pixel.toUInt(nullptr, 16);
+        const QImage source(reinterpret_cast<const uchar *>(pixels.constData()), int(pixels.size()), 1,
+                            QImage::Format_ARGB32);
+        const QByteArray frame = TVC::QImageToTVC16SpriteFrame(source, QColor(fields[1]));
+        QCOMPARE(QLatin1String(frame.toHex()), fields[2]);
     }
 
     void formats()
     {
         // Alpha plays no part, wherever a format keeps the colour of a pixel that is all transparent.
-        QImage clear(1, 1, QImage::Format_ARGB32);
-        clear.fill(0x00FF0000);
-        QImage indexed(1, 1, QImage::Format_Indexed8);
-        indexed.setColorTable({0x00FF0000});
-        indexed.fill(0);
-        for (const QImage &red : {clear, clear.convertToFormat(QImage::Format_RGBA64), indexed})
-            QCOMPARE(TVC::QImageToTVC16Bin(red), QByteArray("\x88"));
-        QImage premultiplied(1, 1, QImage::Format_ARGB32_Premultiplied);
-        premultiplied.fill(0x80800000); // red by half
-        QCOMPARE(TVC::QImageToTVC16Bin(premultiplied), QByteArray("\x08"));
-        QCOMPARE(text({ZRImageExt::disableTransparency(premultiplied, QColor())}), u"1x1 f00"_s);
-    }
-
-    // A part of a larger picture, as hosts cut it out without copying, from several threads at once.
-    void sharedBuffer()
-    {
-        QRandomGenerator random(3);
-        QImage whole(16, 8, QImage::Format_RGB32);
-        random.fillRange(reinterpret_cast<quint32 *>(whole.bits()), 16 * 8);
-        const QImage part(whole.constScanLine(2) + 12, 5, 4, whole.bytesPerLine(), QImage::Format_RGB32);
-        const auto convert = [](const QImage &image) {
-            return TVC::QImageToTVC16Bin(image) + TVC::QImageToTVC16SpriteFrame(image, QColor(Key)) +
-                   TVC::QImageToTVC16Bin(TVC::QImageToTVC16ColoredQImage(image));
-        };
-        const QByteArray expected = convert(whole.copy(3, 2, 5, 4));
-        std::vector<QByteArray> results(4);
-        std::vector<std::thread> threads;
-        for (QByteArray &result : results)
-            threads.emplace_back([&convert, &part, &result] { result = convert(part); });
-        for (std::thread &thread : threads)
-            thread.join();
-        for (const QByteArray &result : results)
-            QCOMPARE(result, expected);
+        QImage image(1, 1, QImage::Format_ARGB32);
+        image.fill(0x00FF0000);
+        QCOMPARE(text({image, image.convertToFormat(QImage::Format_RGBA64)}), u"1x1 88 1x1 88"_s);
+        image.fill(0xFFFF0000);
+        QCOMPARE(TVC::QImageToTVC16SpriteFrame(image, QColor(Qt::red).toHsv()),
+                 "\x88\x55"_ba); // another model
+        image.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
+        image.fill(0x80800000); // red by half
+        QCOMPARE(text({image, ZRImageExt::disableTransparency(image, QColor())}), u"1x1 08 1x1 88"_s);
     }
 };
 
