@@ -1,9 +1,9 @@
-// The command line host as its documents and the files of transcripts/ show it.
+// The command line host as the documents and the files of transcripts/ show it.
 //
 // A block is a run of indented lines that begins with "    $ ". Its commands, which may go on in lines with
-// "    > ", are run by bash one by one in a new folder with a copy of examples/. What they print on standard
-// output and standard error must be what stands behind them, with the exit code as in "[1]" where it is not
-// 0. With ZR_ACCEPT in the environment, what they print is written there instead.
+// "    > ", are run one by one in a new folder with a copy of examples/. What they print on standard output
+// and standard error must be what stands behind them, with the exit code as in "[1]" where it is not 0. With
+// ZR_ACCEPT in the environment, what they print is written there instead.
 
 #include <QtCore/QProcess>
 #include <QtTest/QtTest>
@@ -12,8 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr char Command[] = "    $ ";
-constexpr char Continuation[] = "    > ";
+constexpr QByteArrayView Command("    $ ");
+constexpr QByteArrayView Continuation("    > ");
+constexpr QByteArrayView Indent("    ");
 
 const QDir source(QStringLiteral(ZR_SOURCE));
 
@@ -23,47 +24,27 @@ QByteArrayList readLines(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QByteArrayList();
 }
 
-bool writeLines(const QString &path, const QByteArrayList &lines)
+void writeLines(const QString &path, const QByteArrayList &lines)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(lines.join('\n')) >= 0;
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(lines.join('\n')) >= 0);
 }
 
-/// Lines as they stand in a block.
-QByteArrayList indented(const QByteArray &text)
-{
-    QByteArrayList lines = text.split('\n');
-    lines.removeLast();
-    for (QByteArray &line : lines) {
-        if (!line.isEmpty())
-            line.prepend("    ");
-    }
-    return lines;
-}
-
-/// What a command prints in a folder, and its exit code.
+/// What a command prints in a folder, with its exit code.
 QByteArray runCommand(const QByteArray &command, const QString &folder)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    environment.insert(u"PATH"_s,
-                       QFileInfo(QStringLiteral(ZR_HOST)).path() + u':' + environment.value(u"PATH"_s));
-    environment.insert(u"ZR_SOURCE"_s, source.path());
     QProcess shell;
-    shell.setProcessEnvironment(environment);
     shell.setWorkingDirectory(folder);
     shell.setProcessChannelMode(QProcess::MergedChannels);
     shell.setStandardInputFile(QProcess::nullDevice());
     shell.start(u"bash"_s, {u"-o"_s, u"pipefail"_s, u"-c"_s, QString::fromUtf8(command)});
-    if (!shell.waitForFinished(60000))
-        return "[no end]\n";
+    if (!shell.waitForFinished(240000))
+        return "\\ No end\n";
     QByteArray output = shell.readAll();
     if (!output.isEmpty() && !output.endsWith('\n'))
         output += "\n\\ No line end\n";
-    const int status = shell.exitCode() + (shell.exitStatus() == QProcess::CrashExit ? 128 : 0);
-    if (status != 0)
-        output += '[' + QByteArray::number(status) + "]\n";
-    return output;
+    const int code = shell.exitCode() + (shell.exitStatus() == QProcess::CrashExit ? 128 : 0);
+    return code == 0 ? output : output + '[' + QByteArray::number(code) + "]\n";
 }
 
 /// The block as it is when its commands have been run.
@@ -71,13 +52,15 @@ QByteArrayList runBlock(const QByteArrayList &block, const QString &folder)
 {
     QByteArrayList result;
     for (qsizetype i = 0; i < block.size();) {
-        QByteArray command = block[i].mid(qstrlen(Command));
-        result += block[i];
-        while (++i < block.size() && block[i].startsWith(Continuation)) {
-            command += '\n' + block[i].mid(qstrlen(Continuation));
+        QByteArray command;
+        do {
+            command += block[i].sliced(Command.size()) + '\n';
             result += block[i];
-        }
-        result += indented(runCommand(command, folder));
+        } while (++i < block.size() && block[i].startsWith(Continuation));
+        QByteArrayList printed = runCommand(command, folder).split('\n');
+        printed.removeLast();
+        for (const QByteArray &line : std::as_const(printed))
+            result += line.isEmpty() ? line : Indent.toByteArray() + line;
         while (i < block.size() && !block[i].startsWith(Command))
             ++i;
     }
@@ -93,33 +76,41 @@ class tst_Transcripts : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("LC_ALL", "C.UTF-8");
+        qputenv("PATH", QFileInfo(QStringLiteral(ZR_HOST)).path().toLocal8Bit() + ':' + qgetenv("PATH"));
+        qputenv("ZR_SOURCE", source.path().toLocal8Bit());
+    }
+
     void blocks_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<qsizetype>("first");
         QTest::addColumn<QByteArrayList>("block");
-        QStringList names{u"README.md"_s};
-        for (const QString &folder : {u"docs"_s, u"tests/transcripts"_s}) {
+        QStringList names;
+        for (const QString &folder : {u""_s, u"docs/"_s, u"tests/transcripts/"_s}) {
             for (const QString &file : QDir(source.filePath(folder)).entryList({u"*.md"_s, u"*.txt"_s}))
-                names += folder + u'/' + file;
+                names += folder + file;
         }
 #ifndef Q_OS_LINUX
         names.removeAll(u"tests/transcripts/linux.txt"_s);
 #endif
         for (const QString &name : std::as_const(names)) {
             const QByteArrayList lines = readLines(name);
-            for (qsizetype first = 0, end; first < lines.size(); first = end) {
-                end = first + 1;
-                if (!lines[first].startsWith(Command))
-                    continue;
-                for (qsizetype i = end; lines[i].isEmpty() || lines[i].startsWith("    "); ++i) {
-                    if (i + 1 == lines.size())
-                        break;
-                    if (!lines[i].isEmpty())
+            for (qsizetype first = 0; first < lines.size(); ++first) {
+                qsizetype end = first;
+                for (qsizetype i = first; i < lines.size(); ++i) {
+                    if (lines[i].startsWith(i == first ? Command : Indent))
                         end = i + 1;
+                    else if (i == first || !lines[i].isEmpty())
+                        break;
                 }
-                QTest::addRow("%s:%lld", qPrintable(name), static_cast<long long>(first + 1))
+                if (end == first)
+                    continue;
+                QTest::addRow("%s:%d", qPrintable(name), static_cast<int>(first) + 1)
                     << name << first << lines.sliced(first, end - first);
+                first = end;
             }
         }
     }
@@ -129,7 +120,7 @@ private Q_SLOTS:
         QFETCH(const QString, name);
         QFETCH(const qsizetype, first);
         QFETCH(const QByteArrayList, block);
-        QTemporaryDir folder;
+        const QTemporaryDir folder;
         QVERIFY(QDir(folder.path()).mkdir(u"examples"_s));
         const QDir examples(source.filePath(u"examples"_s));
         for (const QString &file : examples.entryList(QDir::Files))
@@ -139,33 +130,20 @@ private Q_SLOTS:
         if (result == block)
             return;
         if (qEnvironmentVariableIsSet("ZR_ACCEPT")) {
-            _accepted[name].prepend({first, block.size(), result});
-            return;
-        }
-        const QTemporaryDir both;
-        QVERIFY(writeLines(both.filePath(u"expected"_s), block + QByteArrayList{{}}) &&
-                writeLines(both.filePath(u"printed"_s), result + QByteArrayList{{}}));
-        QFAIL(runCommand("diff -u expected printed | tail -n +3 || true", both.path()));
-    }
-
-    void cleanupTestCase()
-    {
-        for (const auto &[name, changes] : _accepted.asKeyValueRange()) {
-            QByteArrayList lines = readLines(name);
-            for (const Change &change : changes) // from the last one on
-                lines = lines.first(change.first) + change.block + lines.sliced(change.first + change.count);
-            QVERIFY(writeLines(source.filePath(name), lines));
+            const QByteArrayList lines = readLines(name);
+            qsizetype &growth = _growth[name];
+            writeLines(source.filePath(name),
+                       lines.first(first + growth) + result + lines.sliced(first + growth + block.size()));
+            growth += result.size() - block.size();
+        } else {
+            writeLines(folder.filePath(u"expected"_s), block + QByteArrayList{{}});
+            writeLines(folder.filePath(u"printed"_s), result + QByteArrayList{{}});
+            QFAIL(runCommand("diff -u expected printed | tail -n +3 || true", folder.path()));
         }
     }
 
 private:
-    struct Change
-    {
-        qsizetype first; ///< index of the line
-        qsizetype count;
-        QByteArrayList block;
-    };
-    QMap<QString, QList<Change>> _accepted;
+    QMap<QString, qsizetype> _growth; ///< lines that each file has got in front of its next block
 };
 
 QTEST_GUILESS_MAIN(tst_Transcripts)
