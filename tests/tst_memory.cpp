@@ -11,7 +11,8 @@
 #include <climits>
 #include <thread>
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
 #include <unistd.h>
 #endif
 
@@ -80,6 +81,7 @@ no data | 2 | 0 | Invalid data to write! Length: 2
         const char *data = len > 1 ? nullptr : "x";
         ram.setValue(data, len, pos);
         QVERIFY(!ram.write(data, len, pos) && ram.value(0, 4) == "abcd");
+        QVERIFY(logger.lines[0] == logger.lines[1] && logger.lines[0] != logger.lines[2]);
         QStringList operations{u"ram _writeData: "_s, u"ram _writeData: "_s,
                                u"ram write: Couldn't load data! "_s};
         if (pos != 0) {
@@ -129,7 +131,7 @@ no data | 2 | 0 | Invalid data to write! Length: 2
     // The contents of a pipe count, and a device without an end is refused before it fills the memory.
     void devices()
     {
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
         int ends[2];
         QVERIFY(pipe(ends) == 0 && ::write(ends[1], "1234", 4) == 4 && close(ends[1]) == 0);
         ZR8BitRAM ram;
@@ -138,6 +140,8 @@ no data | 2 | 0 | Invalid data to write! Length: 2
         close(ends[0]);
         QVERIFY(!ram.readContentFromFile(u"/dev/zero"_s));
         QCOMPARE(ram.lastErrorStr(), u"Couldn't read content from file: '/dev/zero'!"_s);
+        rusage usage;
+        QVERIFY(getrusage(RUSAGE_SELF, &usage) == 0 && usage.ru_maxrss < 1 << 20); // in KiB
         QCOMPARE(ram.value(0, 4), "1234");
 #endif
     }
