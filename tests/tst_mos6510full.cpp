@@ -84,11 +84,13 @@ class tst_MOS6510Full : public QObject
 private Q_SLOTS:
     void table()
     {
+        const auto documented = Machine(false).processor.commandList();
         for (int code = 0; code < 256; ++code) {
             Machine machine;
             const auto rows = machine.processor.commandList();
             ZR8BitProcCommand *row = rows.value(static_cast<unsigned char>(code));
             QVERIFY(!row->descHint().isEmpty());
+            QVERIFY(row->desc().contains(u"Undocumented"_s) != documented.contains(row->code()));
 
             QString operand = row->length() == 1 ? u""_s : u" #cc"_s;
             if (code == 0x20 || code == 0x6C)
@@ -288,7 +290,7 @@ private Q_SLOTS:
         Machine machine(false);
         ZR8BitProcMOS6510Full &processor = machine.processor;
         QCOMPARE(processor.commandList().size(), 151);
-        machine.set(u"0000=42"_s);
+        machine.set(u"0000=42 AC=01"_s);
         QCOMPARE(machine.step(), -1);
         QCOMPARE(processor.hardwareIssueMsg(),
                  u"The opcode: 0x42 is not in the processor supported command list!"_s);
@@ -333,9 +335,10 @@ private Q_SLOTS:
         });
         machine.set(u"SP=ff 0000=48a900a980"_s);
         heard.clear();
+        machine.processor.triggerNMI(); // its vector is $0000
         for (int i = 0; i < 3; ++i)
             machine.step();
-        QCOMPARE(heard.join(u' '), u"SP PC=0000 SP=fe PC PS PC AC PS PC"_s);
+        QCOMPARE(heard.join(u' '), u"SP PS PC SP PC=0000 SP=fb PC PS PC AC PS PC"_s);
         QCOMPARE(machine.valueOf(u"PC"_s), 5);
     }
 };

@@ -37,7 +37,7 @@ std::array<char, 3> fetch(const Chip &chip)
     const bool hasBoth = pc + 1 < qMin(chip.memory->size(), AddressSpace);
     const int word = hasBoth ? chip.memory->wordValue(pc) : chip.memory->byteValue(pc);
     std::array<char, 3> bytes = {static_cast<char>(word), static_cast<char>(word >> 8)};
-    const int length = instructions[word & ByteMask].mode->length;
+    const int length = instructions[word & ByteMask].mode().length;
     for (int i = hasBoth ? 2 : 1; i < length; ++i)
         bytes[static_cast<std::size_t>(i)] = chip.memory->byteValue((pc + i) & AddressMask);
     return bytes;
@@ -46,34 +46,35 @@ std::array<char, 3> fetch(const Chip &chip)
 /// Runs the instruction at PC, but leaves PC to the caller.
 void perform(Chip &chip, const Instruction &instruction, const char *params)
 {
-    const auto &[mnemonic, mode, documented] = instruction;
-    const int low = mode->length > 1 ? static_cast<quint8>(params[0]) : 0;
-    const int high = mode->length > 2 ? static_cast<quint8>(params[1]) : 0;
+    const Mnemonic &mnemonic = instruction.mnemonic();
+    const Mode &mode = instruction.mode();
+    const int low = mode.length > 1 ? static_cast<quint8>(params[0]) : 0;
+    const int high = mode.length > 2 ? static_cast<quint8>(params[1]) : 0;
     chip.setFlag(FlagUnused, true);
     chip.pc = chip.programCounter();
-    chip.target = (chip.pc + mode->length) & AddressMask;
+    chip.target = (chip.pc + mode.length) & AddressMask;
     chip.base = InChip;
-    chip.address = mode->locate(chip, low | high << 8);
+    chip.address = mode.locate(chip, low | high << 8);
     chip.cycles += static_cast<quint64>(instruction.cycles());
-    if (mnemonic->access == Read && chip.crosses())
+    if (mnemonic.access == Read && chip.crosses())
         ++chip.cycles;
 
-    const bool reads = mnemonic->access == Read || mnemonic->access == Modify;
-    const int result = mnemonic->effect(chip, reads ? chip.operand() : 0);
-    if (mnemonic->access == Write || mnemonic->access == Modify)
+    const bool reads = mnemonic.access == Read || mnemonic.access == Modify;
+    const int result = mnemonic.effect(chip, reads ? chip.operand() : 0);
+    if (mnemonic.access == Write || mnemonic.access == Modify)
         chip.putBack(result);
 }
 
 /// What a host reads behind the title of a row: the mode, what is special, and the assembler's form.
 QString textOf(const Instruction &instruction)
 {
-    const QString name = QString::fromLatin1(instruction.mnemonic->name);
-    const QString operand = QString::fromLatin1(instruction.mode->operand);
-    QStringList lines = {Tables::tr("Address mode: %1").arg(Tables::tr(instruction.mode->name))};
+    const QString name = QString::fromLatin1(instruction.mnemonic().name);
+    const QString operand = QString::fromLatin1(instruction.mode().operand);
+    QStringList lines = {Tables::tr("Address mode: %1").arg(Tables::tr(instruction.mode().name))};
     if (!instruction.documented)
         lines += Tables::tr("Undocumented.");
-    if (instruction.mnemonic->note)
-        lines += Tables::tr(instruction.mnemonic->note);
+    if (instruction.mnemonic().note)
+        lines += Tables::tr(instruction.mnemonic().note);
     lines += operand.isEmpty() ? name : name + QLatin1Char(' ') + operand;
     return lines.join(QLatin1String("<br>"));
 }
@@ -189,7 +190,7 @@ int ZR8BitProcMOS6510Full::execute()
     if (!command)
         return ZR8BitProcMOS6510::execute(); // reports the opcode, or runs a row that a derived class added
 
-    _d->target = _d->chip.programCounter() + instructions[opcode].mode->length;
+    _d->target = _d->chip.programCounter() + instructions[opcode].mode().length;
     _d->stepping = true;
     const int length = command->exec(&bytes[1], sizeof bytes - 1);
     _d->stepping = false;
@@ -199,7 +200,7 @@ int ZR8BitProcMOS6510Full::execute()
 
 void ZR8BitProcMOS6510Full::mc_ADC(ZR8BitProcCommand *pCommand, const char *params)
 {
-    if (instructions[pCommand->code()].mnemonic->effect == Effects::adc)
+    if (instructions[pCommand->code()].mnemonic().effect == Effects::adc)
         _run(pCommand, params);
     else
         ZR8BitProcMOS6510::mc_ADC(pCommand, params); // reports that it is no ADC
@@ -227,10 +228,10 @@ bool ZR8BitProcMOS6510Full::_initCommands()
         ZR8BitProcCommand *command = _commands.command(static_cast<unsigned char>(code));
         if (!command) {
             command = _commands.addCommand(static_cast<unsigned char>(code),
-                                           static_cast<unsigned char>(instruction.mode->length),
+                                           static_cast<unsigned char>(instruction.mode().length),
                                            static_cast<unsigned char>(instruction.cycles()),
-                                           QString::fromLatin1(instruction.mnemonic->name),
-                                           tr(instruction.mnemonic->title), textOf(instruction));
+                                           QString::fromLatin1(instruction.mnemonic().name),
+                                           tr(instruction.mnemonic().title), textOf(instruction));
         }
         if (!command) {
             _setLastError(_commands.lastErrorStr(), QString::fromLatin1(sourceFile), __LINE__,
@@ -238,7 +239,7 @@ bool ZR8BitProcMOS6510Full::_initCommands()
             return false;
         }
         // The base has connected its rows of ADC, to the slot mc_ADC of this class.
-        if (instruction.mnemonic->effect != Effects::adc)
+        if (instruction.mnemonic().effect != Effects::adc)
             connect(command, &ZR8BitProcCommand::execute, this, &ZR8BitProcMOS6510Full::_run,
                     Qt::DirectConnection);
         _d->commands[code] = command;
@@ -261,7 +262,7 @@ void ZR8BitProcMOS6510Full::_run(ZR8BitProcCommand *pCommand, const char *params
     perform(chip, instruction, params);
     if (chip.fetched)
         _d->target = chip.target;
-    if (instruction.mnemonic->effect == Effects::jam)
+    if (instruction.mnemonic().effect == Effects::jam)
         _stop(tr("The opcode: 0x%1 has stopped the processor until a reset!")
                   .arg(pCommand->code(), 2, 16, QLatin1Char('0')),
               __LINE__, Q_FUNC_INFO);

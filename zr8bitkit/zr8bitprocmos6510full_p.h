@@ -8,6 +8,7 @@
 #include <QtCore/QCoreApplication>
 
 #include <array>
+#include <iterator>
 #include <optional>
 
 namespace ZR::MOS6510 {
@@ -468,12 +469,15 @@ public:
 /// What an opcode stands for.
 struct Instruction
 {
-    const Mnemonic *mnemonic = nullptr;
-    const Mode *mode = nullptr;
+    std::size_t mnemonicAt = std::size(Tables::mnemonics); ///< where its line is
+    std::size_t modeAt = std::size(Tables::modes);         ///< where its line is
     bool documented = false;
 
-    constexpr int cycles() const { return mode->cycles[mnemonic->access] + mnemonic->stackCycles; }
-    constexpr bool needsMemory() const { return mode->inMemory || mnemonic->stackCycles > 0; }
+    constexpr const Mnemonic &mnemonic() const { return Tables::mnemonics[mnemonicAt]; }
+    constexpr const Mode &mode() const { return Tables::modes[modeAt]; }
+    constexpr int modeCycles() const { return mode().cycles[mnemonic().access]; }
+    constexpr int cycles() const { return modeCycles() + mnemonic().stackCycles; }
+    constexpr bool needsMemory() const { return mode().inMemory || mnemonic().stackCycles > 0; }
 };
 
 constexpr std::size_t OpcodeCount = 256;
@@ -486,13 +490,14 @@ constexpr Instructions readOpcodes()
     Instructions instructions;
     for (std::size_t code = 0; code < OpcodeCount; ++code) {
         const char *const cell = Tables::opcodes + code * cellSize;
-        for (const Mnemonic &mnemonic : Tables::mnemonics) {
-            if (cell[1] == mnemonic.name[0] && cell[2] == mnemonic.name[1] && cell[3] == mnemonic.name[2])
-                instructions[code].mnemonic = &mnemonic;
+        for (std::size_t i = 0; i < std::size(Tables::mnemonics); ++i) {
+            const char *const name = Tables::mnemonics[i].name;
+            if (cell[1] == name[0] && cell[2] == name[1] && cell[3] == name[2])
+                instructions[code].mnemonicAt = i;
         }
-        for (const Mode &mode : Tables::modes) {
-            if (cell[4] == mode.id[0] && cell[5] == mode.id[1])
-                instructions[code].mode = &mode;
+        for (std::size_t i = 0; i < std::size(Tables::modes); ++i) {
+            if (cell[4] == Tables::modes[i].id[0] && cell[5] == Tables::modes[i].id[1])
+                instructions[code].modeAt = i;
         }
         instructions[code].documented = cell[0] == ' ';
     }
@@ -514,20 +519,27 @@ constexpr int countOf(Condition condition)
 constexpr int countOfMnemonics(bool documented)
 {
     int count = 0;
-    for (const Mnemonic &m : Tables::mnemonics) {
-        const auto isOfIt = [&](const Instruction &i) {
-            return i.mnemonic == &m && i.documented == documented;
+    for (std::size_t at = 0; at < std::size(Tables::mnemonics); ++at) {
+        const auto isIt = [&](const Instruction &i) {
+            return i.mnemonicAt == at && i.documented == documented;
         };
-        count += countOf(isOfIt) > 0 ? 1 : 0;
+        count += countOf(isIt) > 0 ? 1 : 0;
     }
     return count;
 }
 
-static_assert(countOf([](const Instruction &i) { return i.mnemonic && i.mode; }) == 256, "an unknown cell");
-static_assert(countOf([](const Instruction &i) { return i.mode->cycles[i.mnemonic->access] >= 2; }) == 256,
-              "a mnemonic with a mode that does not go with it");
+constexpr bool isRead(const Instruction &i)
+{
+    return i.mnemonicAt < std::size(Tables::mnemonics) && i.modeAt < std::size(Tables::modes);
+}
+
+static_assert(countOf(isRead) == 256, "a cell has no mnemonic or no mode");
+static_assert(countOf([](const Instruction &i) { return i.modeCycles() >= 2; }) == 256,
+              "a mnemonic stands with a mode that does not go with it");
 static_assert(countOf([](const Instruction &i) { return i.documented; }) == 151);
-static_assert(countOf([](const Instruction &i) { return i.mnemonic->effect == Effects::jam; }) == 12);
+static_assert(countOf([](const Instruction &i) {
+                  return i.mnemonic().name[0] == 'J' && i.mode().length == 1;
+              }) == 12);
 static_assert(countOfMnemonics(true) == 56 && countOfMnemonics(false) == 20 + 2,
               "NOP and SBC are also undocumented");
 
