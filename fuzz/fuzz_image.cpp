@@ -5,12 +5,13 @@
 #include <zr8bitlib/zr8bittvccolor16.h>
 
 #include <algorithm>
+#include <limits>
 
 using TVC = ZR::ZR8BitTVCColor16;
 
 namespace {
 
-constexpr int LargestSide = 40;
+constexpr int LargestSide = 17;
 
 /// An image in memory of its own whose lines are padded.
 class PaddedImage
@@ -41,6 +42,40 @@ void setColors(QImage &image, const std::vector<QRgb> &colors)
         image.setColorTable(QList<QRgb>(colors.begin(), colors.end()));
 }
 
+/// The closest of the colours; at the same distance the dark one, and the one with a component off.
+QRgb closest(QRgb pixel)
+{
+    QRgb color = 0;
+    int shortest = std::numeric_limits<int>::max();
+    for (int code = 0; code < 16; ++code) { // components are off before they are on
+        const int level = code < 8 ? 146 : 255;
+        const QRgb candidate = qRgb(code & 2 ? level : 0, code & 4 ? level : 0, code & 1 ? level : 0);
+        const int red = qRed(pixel) - qRed(candidate);
+        const int green = qGreen(pixel) - qGreen(candidate);
+        const int blue = qBlue(pixel) - qBlue(candidate);
+        const int distance = red * red + green * green + blue * blue;
+        if (distance < shortest) {
+            shortest = distance;
+            color = candidate;
+        }
+    }
+    return color;
+}
+
+/// What the writers make of an image.
+struct Written
+{
+    QByteArray stream;
+    QByteArray frame;
+    QImage preview;
+};
+
+Written write(const QImage &image, QRgb key)
+{
+    return {TVC::QImageToTVC16Bin(image), TVC::QImageToTVC16SpriteFrame(image, QColor(key)),
+            TVC::QImageToTVC16ColoredQImage(image)};
+}
+
 /// A mask has all bits of a pixel or none, and transparent pixels are black.
 void checkMask(const QByteArray &frame)
 {
@@ -53,12 +88,12 @@ void checkMask(const QByteArray &frame)
 }
 
 /// The pixels of 32 bits, one by one.
-void checkPixels(const QImage &image, QRgb key, const QImage &preview, const QByteArray &stream,
-                 const QByteArray &frame)
+void checkPixels(const QImage &image, QRgb key, const Written &written)
 {
     const int rowSize = (image.width() + 1) / 2;
     for (int y = 0; y < image.height(); ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        const auto *seen = reinterpret_cast<const QRgb *>(written.preview.constScanLine(y));
         for (int x = 0; x < 2 * rowSize; ++x) {
             const qsizetype place = y * rowSize + x / 2;
             const int bits = x % 2 == 0 ? 0xAA : 0x55;
@@ -66,30 +101,29 @@ void checkPixels(const QImage &image, QRgb key, const QImage &preview, const QBy
             const bool isClear =
                 image.format() == QImage::Format_ARGB32 && !isBeyond && qAlpha(line[x]) < 128;
             const bool isTransparent = isBeyond || isClear || (line[x] & RGB_MASK) == (key & RGB_MASK);
-            LAW((frame[stream.size() + place] & bits) == (isTransparent ? bits : 0));
-            LAW((frame[place] & bits) == (isTransparent ? 0 : stream[place] & bits));
-            LAW(isBeyond || preview.pixelColor(x, y) == TVC::closestColor(QColor(line[x])));
+            LAW((written.frame[written.stream.size() + place] & bits) == (isTransparent ? bits : 0));
+            LAW((written.frame[place] & bits) == (isTransparent ? 0 : written.stream[place] & bits));
+            LAW(isBeyond || seen[x] == closest(line[x]));
         }
     }
 }
 
-void check(const QImage &image, QRgb key)
+void check(const QImage &image, QRgb key, const Written &written)
 {
-    const QByteArray stream = TVC::QImageToTVC16Bin(image);
-    const QImage preview = TVC::QImageToTVC16ColoredQImage(image);
-    const QByteArray frame = TVC::QImageToTVC16SpriteFrame(image, QColor(key));
     const qsizetype plane = (image.width() + 1) / 2 * image.height();
-    LAW(stream.size() == plane && frame.size() == 2 * plane);
-    LAW(preview.size() == image.size() && preview.isNull() == image.isNull());
-    checkMask(frame);
+    LAW(written.stream.size() == plane && written.frame.size() == 2 * plane);
+    LAW(written.preview.size() == image.size() && written.preview.isNull() == image.isNull());
+    LAW(TVC::closestColor(QColor(key)) == QColor(closest(key)));
+    checkMask(written.frame);
     if (image.isNull())
         return;
-    LAW(preview.format() == QImage::Format_RGB32 && TVC::QImageToTVC16ColoredQImage(preview) == preview);
+    LAW(written.preview.format() == QImage::Format_RGB32);
+    LAW(TVC::QImageToTVC16ColoredQImage(written.preview) == written.preview);
     // Of premultiplied pixels the writer takes the words as they stand, the preview the colours.
     if (image.format() != QImage::Format_ARGB32_Premultiplied)
-        LAW(TVC::QImageFromTVC16Bin(stream, image.width()) == preview);
+        LAW(TVC::QImageFromTVC16Bin(written.stream, image.width()) == written.preview);
     if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32)
-        checkPixels(image, key, preview, stream, frame);
+        checkPixels(image, key, written);
 }
 
 } // namespace
@@ -115,12 +149,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     setColors(wider.image, colors);
     const std::vector<char> before = padded.memory;
     const QRgb key = isKeyPixel && !padded.image.isNull() ? padded.image.pixel(0, 0) : otherKey;
-    check(padded.image, key);
+    const Written written = write(padded.image, key);
+    check(padded.image, key, written);
     LAW(padded.memory == before);
     // What stands between the lines does not matter.
-    LAW(TVC::QImageToTVC16Bin(padded.image) == TVC::QImageToTVC16Bin(wider.image));
-    LAW(TVC::QImageToTVC16SpriteFrame(padded.image, QColor(key)) ==
-        TVC::QImageToTVC16SpriteFrame(wider.image, QColor(key)));
-    LAW(TVC::QImageToTVC16ColoredQImage(padded.image) == TVC::QImageToTVC16ColoredQImage(wider.image));
+    const Written same = write(wider.image, key);
+    LAW(written.stream == same.stream && written.frame == same.frame && written.preview == same.preview);
     return 0;
 }

@@ -1,4 +1,4 @@
-// A whole machine: settings, a memory image, and its program run for some thousand steps beside a plain
+// A whole machine: settings, a memory image, and its program run for some hundred steps beside a plain
 // model of the processor.
 
 #include "fuzzing.h"
@@ -12,16 +12,32 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTemporaryFile>
 
+#include <array>
+
 namespace {
 
-constexpr int StepCount = 2000;
-constexpr int LargestIssueCount = 20; // of bytes that are no instruction, which only take time
-constexpr int LargestBlock = 0x20000;
+constexpr int StepCount = 500;
+constexpr int LargestIssueCount = 6;  // of bytes that are no instruction, which only take time
+constexpr int LargestBlock = 0x10010; // goes beyond the addresses of the processor
 
 /// The image over and over, up to a size.
 QByteArray filled(const QByteArray &image, int size)
 {
     return image.isEmpty() ? image : image.repeated(size / image.size() + 1).first(size);
+}
+
+/// The path of a file with this content. One file serves all executions, as making one takes longer than they
+/// do.
+QString fileOf(const QByteArray &content)
+{
+    static QTemporaryFile file;
+    static QByteArray last;
+    if (!file.isOpen() || content != last) {
+        LAW((file.isOpen() || file.open()) && file.seek(0) && file.write(content) == content.size() &&
+            file.flush() && file.resize(content.size()));
+        last = content;
+    }
+    return file.fileName();
 }
 
 /// Settings in lines of key=value; lists are separated by commas. The file of a block holds the image, as it
@@ -32,7 +48,6 @@ public:
     TextConfig(const QString &text, const QByteArray &image)
         : _image(image)
     {
-        LAW(_file.open());
         for (const QString &line : text.split(u'\n')) {
             const qsizetype place = line.indexOf(u'=');
             if (place >= 0)
@@ -48,7 +63,7 @@ public:
         if (!key.endsWith(QStringLiteral(".FilePath")) || value.isEmpty())
             return value;
         const QString sizeKey = key.chopped(8) + QStringLiteral("Size");
-        return file(value == QStringLiteral("filled") ? filled(_image, intValue(sizeKey, 0)) : _image);
+        return fileOf(value == QStringLiteral("filled") ? filled(_image, intValue(sizeKey, 0)) : _image);
     }
 
     QStringList stringListValue(const QString &key, const QStringList &defaultValue) override
@@ -62,85 +77,87 @@ public:
     }
 
 private:
-    QString file(const QByteArray &content)
-    {
-        LAW(_file.resize(0) && _file.seek(0) && _file.write(content) == content.size() && _file.flush());
-        return _file.fileName();
-    }
-
     QByteArray _image;
-    QTemporaryFile _file;
     QHash<QString, QString> _values;
 };
 
-/// The processor as plain numbers, without a table, signals or locks.
+/// The values of the registers, in the order of their names.
+using Values = std::array<int, 6>;
+constexpr size_t AC = 0, PC = 1, PS = 2, XR = 4, YR = 5; // SP is 3
+
+/// The processor as plain numbers, without a table, signals or locks. No instruction touches SP.
 struct Model
 {
     const QByteArray memory;
-    int ac = 0, xr = 0, yr = 0, pc = 0, ps = 0;
+    Values reg;
 
     int byteAt(int address) const { return address < memory.size() ? memory[address] & 0xFF : 0; }
     int wordAt(int address) const { return byteAt(address) | byteAt(address + 1) << 8; }
 
-    /// A byte of the instruction at pc, which goes on at the start of the memory.
-    int fetch(int i) const { return byteAt(pc + i < memory.size() ? pc + i : (pc + i) & 0xFFFF); }
+    /// A byte of the instruction at PC, which goes on at the start of the memory.
+    int fetch(int i) const
+    {
+        const int address = reg[PC] + i;
+        return byteAt(address < memory.size() ? address : address & 0xFFFF);
+    }
+
+    /// Goes on to the next instruction. Returns the length.
+    int skip(int length)
+    {
+        reg[PC] = (reg[PC] + length) & 0xFFFF;
+        return length;
+    }
+
+    int add(int operand, int length);
 
     /// Runs one instruction and returns its length, 0 for an opcode that is none.
     int step();
 };
 
+int Model::add(int operand, int length)
+{
+    const int ac = reg[AC];
+    const int sum = ac + operand + (reg[PS] & 1);
+    const int overflow = ~(ac ^ operand) & (ac ^ sum) & 0x80;
+    reg[AC] = sum & 0xFF;
+    reg[PS] = (reg[PS] & 0x3C) | (sum & 0x80) | overflow >> 1 | (reg[AC] == 0) << 1 | sum >> 8;
+    return skip(length);
+}
+
 int Model::step()
 {
     const int low = fetch(1);
     const int word = low | fetch(2) << 8;
-    int operand = 0;
-    int length = 2;
     switch (fetch(0)) {
     case 0x69:
-        operand = low;
-        break;
+        return add(low, 2);
     case 0x65:
-        operand = byteAt(low);
-        break;
+        return add(byteAt(low), 2);
     case 0x75:
-        operand = byteAt((low + xr) & 0xFF);
-        break;
+        return add(byteAt((low + reg[XR]) & 0xFF), 2);
     case 0x6D:
-        operand = byteAt(word);
-        length = 3;
-        break;
+        return add(byteAt(word), 3);
     case 0x7D:
-        operand = byteAt((word + xr) & 0xFFFF);
-        length = 3;
-        break;
+        return add(byteAt((word + reg[XR]) & 0xFFFF), 3);
     case 0x79:
-        operand = byteAt((word + yr) & 0xFFFF);
-        length = 3;
-        break;
+        return add(byteAt((word + reg[YR]) & 0xFFFF), 3);
     case 0x61:
-        operand = byteAt(wordAt((low + xr) & 0xFF));
-        break;
+        return add(byteAt(wordAt((low + reg[XR]) & 0xFF)), 2);
     case 0x71:
-        operand = byteAt((wordAt(low) + yr) & 0xFFFF);
-        break;
+        return add(byteAt((wordAt(low) + reg[YR]) & 0xFFFF), 2);
     case 0xAA:
-        pc = (pc + 1) & 0xFFFF;
-        return 1;
+        return skip(1);
     default:
         return 0;
     }
-    const int sum = ac + operand + (ps & 1);
-    const int overflow = ~(ac ^ operand) & (ac ^ sum) & 0x80;
-    ac = sum & 0xFF;
-    ps = (ps & 0x3C) | (ac & 0x80) | overflow >> 1 | (ac == 0) << 1 | sum >> 8;
-    pc = (pc + length) & 0xFFFF;
-    return length;
 }
 
-int valueOf(const QMap<QString, ZR::ZR8BitRegister *> &registers, const char *id)
+Values valuesOf(const QList<ZR::ZR8BitRegister *> &registers)
 {
-    ZR::ZR8BitRegister *reg = registers.value(QString::fromLatin1(id));
-    return reg->value() & (reg->regType() == ZR::ZR8BitRegType8Bit ? 0xFF : 0xFFFF);
+    Values values{};
+    for (size_t i = 0; i < values.size(); ++i)
+        values[i] = registers[static_cast<qsizetype>(i)]->value() & (i == PC ? 0xFFFF : 0xFF);
+    return values;
 }
 
 /// The content of a block is the image, or zeros when it has no file.
@@ -164,25 +181,18 @@ void checkWrite(ZR::ZR8BitRAM &memory, const QByteArray &data, int pos)
     LAW(memory.value(0, memory.size()) == expected);
 }
 
-void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::vector<short> values)
+void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, const std::vector<short> &values)
 {
     LAW(processor.init() && processor.step() == -1 && processor.hardwareIssue());
     processor.resetHardwareIssue();
     processor.setMainMemory(&memory);
-    const QMap<QString, ZR::ZR8BitRegister *> registers = processor.registers();
-    for (ZR::ZR8BitRegister *reg : registers) {
-        reg->setValue(values.back());
-        values.pop_back();
-    }
+    LAW(processor.registers().keys().join(u' ') == QStringLiteral("AC PC PS SP XR YR"));
+    const QList<ZR::ZR8BitRegister *> registers = processor.registers().values();
+    for (qsizetype i = 0; i < registers.size(); ++i)
+        registers[i]->setValue(values[static_cast<size_t>(i)]);
 
     const QByteArray content = memory.value(0, memory.size());
-    Model model{content,
-                valueOf(registers, "AC"),
-                valueOf(registers, "XR"),
-                valueOf(registers, "YR"),
-                valueOf(registers, "PC"),
-                valueOf(registers, "PS")};
-    const int sp = valueOf(registers, "SP"); // which no instruction touches
+    Model model{content, valuesOf(registers)};
     for (int i = 0, issues = 0; i < StepCount && issues < LargestIssueCount; ++i) {
         const int length = model.step();
         LAW(processor.step() == (length > 0 ? length : -1) && processor.hardwareIssue() == (length == 0));
@@ -190,12 +200,10 @@ void checkProgram(ZR8BitProcessorIface &processor, ZR::ZR8BitRAM &memory, std::v
             ++issues;
             LAW(processor.step() == 0 && !processor.hardwareIssueMsg().isEmpty());
             processor.resetHardwareIssue();
-            model.pc = (model.pc + 1) & 0xFFFF;
-            registers.value(QStringLiteral("PC"))->setValue(static_cast<short>(model.pc));
+            model.skip(1);
+            registers[PC]->setValue(static_cast<short>(model.reg[PC]));
         }
-        LAW(valueOf(registers, "AC") == model.ac && valueOf(registers, "PC") == model.pc &&
-            valueOf(registers, "PS") == model.ps && valueOf(registers, "XR") == model.xr &&
-            valueOf(registers, "YR") == model.yr && valueOf(registers, "SP") == sp);
+        LAW(valuesOf(registers) == model.reg);
     }
     LAW(memory.value(0, memory.size()) == content);
 }
@@ -225,9 +233,8 @@ void checkMachine(const QString &settings, const QByteArray &image, const std::v
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
 {
-    constexpr int RegisterCount = 6;
     FuzzedDataProvider input(bytes, size);
-    std::vector<short> values(RegisterCount);
+    std::vector<short> values(Values().size());
     for (short &value : values)
         value = input.ConsumeIntegral<short>();
     const int pos = input.ConsumeIntegralInRange(-1, LargestBlock);
