@@ -40,12 +40,14 @@ function(zr_add_library name)
         set_target_properties(${name} PROPERTIES LINK_DEPENDS "${exports}")
     endif()
 
-    install(TARGETS ${name} EXPORT ZR8BitLibTargets
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-    install(FILES ${arg_HEADERS} "${export_header}"
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+    if(ZR_INSTALL)
+        install(TARGETS ${name} EXPORT ZR8BitLibTargets
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+        install(FILES ${arg_HEADERS} "${export_header}"
+            DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+    endif()
 endfunction()
 
 # Installs what find_package(ZR8BitLib) reads.

@@ -10,7 +10,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "The library models a computer of ROM blocks, RAM blocks and a MOS 6510. It
 converts texts, listings, pictures, sprites and sounds of the Videoton TV
-Computer (TVC). The program zr8bit offers both on the command line.")
+Computer (TVC). A kit adds what goes beyond both. The program zr8bit offers
+them on the command line.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-base-dev (>= 6.5)") # for the headers

@@ -70,6 +70,8 @@ void checkSprite(const QByteArray &stream, int width, int height)
     for (qsizetype i = 0; i < frames.size(); ++i) {
         const QByteArray frame = stream.mid(i * frameSize, frameSize);
         LAW(frames[i] == TVC::QImageFromTVC16SpriteFrame(frame, width));
+        const qsizetype rowSize = bytesPerRow(width);
+        LAW(frames[i].height() == frame.size() / 2 / rowSize + (frame.size() % rowSize != 0));
         if (frame.size() == frameSize)
             LAW(frames[i] == TVC::QImageFromTVC16Bin(mergedPlanes(frame), width));
     }

@@ -1,6 +1,7 @@
 // A host in a few lines: its own settings, a machine that is loaded, wired and run, and a picture for the
 // TVC.
 
+#include <zr8bitkit/zrmessagelogger.h>
 #include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bitregister.h>
@@ -47,7 +48,9 @@ int main()
                        {u"RAM_MAIN.Size"_s, u"65536"_s},
                        {u"Computer.Processors"_s, u"CPU"_s},
                        {u"PROC_CPU.Type"_s, u"MOS6510"_s}});
+    ZR::ZRMessageLogger logger; // failures go to Qt's message log
     ZR::ZR8BitComputer computer;
+    computer.setLogger(&logger);
     if (!computer.readFromConfig(QString(), &config)) {
         std::fprintf(stderr, "%s\n", qPrintable(computer.lastErrorStr()));
         return 1;
