@@ -1,0 +1,122 @@
+// Time a pixel of fitting and dithering, beside a plain search of the closest of 15 colours for each pixel.
+
+#include <zr8bitkit/zr8bittvcscreen.h>
+#include <zr8bitlib/zr8bittvccolor16.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QtCore/QRandomGenerator>
+
+#include <cmath>
+
+using namespace ZR;
+using Screen = ZR8BitTVCScreen;
+
+namespace {
+
+constexpr int Width = 1920;
+constexpr int Height = 1080;
+
+template <typename PixelAt>
+QImage makeImage(PixelAt pixelAt)
+{
+    QImage image(Width, Height, QImage::Format_RGB32);
+    for (int y = 0; y < Height; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < Width; ++x)
+            line[x] = pixelAt(x, y);
+    }
+    return image;
+}
+
+QImage randomImage()
+{
+    QRandomGenerator random(1);
+    return makeImage([&random](int, int) { return 0xFF000000 | random.generate(); });
+}
+
+/// Soft gradients with the noise of a camera.
+QImage photoImage()
+{
+    QRandomGenerator random(2);
+    return makeImage([&random](int x, int y) {
+        const auto component = [&random, x, y](double frequency) {
+            const double wave = std::sin(x * frequency) + std::cos(y * frequency * 1.7);
+            return static_cast<int>(128 + 56 * wave) + static_cast<int>(random.bounded(12));
+        };
+        return qRgb(component(0.003), component(0.005), component(0.007));
+    });
+}
+
+template <typename Convert>
+void convertImage(benchmark::State &state, const QImage &image, Convert convert)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(convert(image));
+    const double pixels = double(image.width()) * image.height();
+    state.counters["time/pixel"] = benchmark::Counter(pixels, benchmark::Counter::kIsIterationInvariantRate |
+                                                                  benchmark::Counter::kInvert);
+}
+
+int squared(int value)
+{
+    return value * value;
+}
+
+/// What a user would write: every colour compared with every pixel.
+void plainSearch(benchmark::State &state, const QImage &image)
+{
+    QList<QRgb> colors;
+    for (unsigned code = 0; code < 256; ++code) {
+        const QColor color = ZR8BitTVCColor16::QColorFromUChar(static_cast<unsigned char>(code));
+        if (color.isValid() && !colors.contains(color.rgb()))
+            colors += color.rgb();
+    }
+    convertImage(state, image, [&colors](QImage result) {
+        for (int y = 0; y < result.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
+            for (int x = 0; x < result.width(); ++x) {
+                const auto distance = [pixel = line[x]](QRgb color) {
+                    return squared(qRed(pixel) - qRed(color)) + squared(qGreen(pixel) - qGreen(color)) +
+                           squared(qBlue(pixel) - qBlue(color));
+                };
+                line[x] = *std::min_element(colors.cbegin(), colors.cend(), [&](QRgb first, QRgb second) {
+                    return distance(first) < distance(second);
+                });
+            }
+        }
+        return result;
+    });
+}
+
+void floydSteinberg(benchmark::State &state, const QImage &image)
+{
+    convertImage(state, image,
+                 [](const QImage &source) { return Screen::dither(source, Screen::FloydSteinberg); });
+}
+
+void bayer(benchmark::State &state, const QImage &image)
+{
+    convertImage(state, image, [](const QImage &source) { return Screen::dither(source, Screen::Bayer); });
+}
+
+void fit(benchmark::State &state, const QImage &image, Screen::Fit fit)
+{
+    convertImage(state, image, [fit](const QImage &source) {
+        return Screen::fit(source, QSize(Screen::Width, Screen::Height), fit);
+    });
+}
+
+#define MEASURE(function)                                                                                    \
+    BENCHMARK_CAPTURE(function, random, randomImage())->Unit(benchmark::kMillisecond);                       \
+    BENCHMARK_CAPTURE(function, photo, photoImage())->Unit(benchmark::kMillisecond)
+
+MEASURE(plainSearch);
+MEASURE(floydSteinberg);
+MEASURE(bayer);
+BENCHMARK_CAPTURE(fit, contain, photoImage(), Screen::Contain)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(fit, cover, photoImage(), Screen::Cover)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(fit, other format, photoImage().convertToFormat(QImage::Format_RGB888), Screen::Stretch)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
