@@ -11,18 +11,22 @@ _zr8bit()
         2\ image\ * | 2\ sprite\ *) choices='encode decode preview --help' kind= ;;
         *\ describe\ *) choices='MOS6510 --help' kind= ;;
         *\ --newline) choices='lf cr crlf' kind= ;;
+        *\ --fit) choices='contain cover stretch' kind= ;;
+        *\ --dither) choices='none bayer floyd-steinberg' kind= ;;
         *\ --processor | *\ --memory | *\ --set | *\ --start | *\ --until | *\ --steps | *\ --per-line | \
-            *\ --format | *\ --separator | *\ --width | *\ --height | *\ --scale | *\ --transparent)
+            *\ --format | *\ --separator | *\ --width | *\ --height | *\ --scale | *\ --transparent | \
+            *\ --size | *\ --background)
             kind= ;;
         *\ sprite\ -o | *\ sprite\ --output) [[ ${COMP_WORDS[2]} != decode ]] || kind=directory ;;
         *) [[ $word != -* ]] || case "$group ${COMP_WORDS[2]}" in
             run\ *) choices='--processor --memory --load --set --start --until --steps --trace --log --help' ;;
             text\ *) choices='--lines --output --help' ;;
             db\ encode) choices='--hex --padded --per-line --newline --output --help' ;;
-            db\ decode | image\ encode) choices='--output --help' ;;
+            db\ decode) choices='--output --help' ;;
             sound\ *) choices='--format --separator --output --help' ;;
             image\ decode) choices='--width --output --help' ;;
-            image\ preview) choices='--scale --output --help' ;;
+            image\ encode) choices='--size --screen --fit --background --dither --output --help' ;;
+            image\ preview) choices='--size --screen --fit --background --dither --scale --output --help' ;;
             sprite\ encode) choices='--transparent --output --help' ;;
             sprite\ decode) choices='--width --height --output --help' ;;
             sprite\ preview) choices='--width --height --scale --output --help' ;;

@@ -3,10 +3,13 @@
 #include "options.h"
 #include "pictures.h"
 
+#include <zr8bitkit/zr8bittvcscreen.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 
+#include <initializer_list>
 #include <memory>
 
+using Screen = ZR::ZR8BitTVCScreen;
 using TVC = ZR::ZR8BitTVCColor16;
 
 namespace {
@@ -17,12 +20,30 @@ struct Options
     QString output = QStringLiteral("-");
     std::optional<int> width;
     std::optional<int> scale;
+    std::optional<QSize> size;
+    std::optional<Screen::Fit> fit;
+    std::optional<Screen::Dither> dither;
+    QColor background; // invalid where it is not given
+    bool screen = false;
 };
+
+/// The picture of the input, fitted and dithered where that is asked for.
+QImage prepared(const Options &options)
+{
+    QImage picture = readPicture(options.input);
+    if (options.size)
+        picture =
+            Screen::fit(picture, *options.size, options.fit.value_or(Screen::Contain), options.background);
+    if (options.dither)
+        picture = Screen::dither(picture, *options.dither);
+    if (picture.isNull())
+        failTooLarge();
+    return picture;
+}
 
 void encode(const Options &options)
 {
-    const QImage picture = readPicture(options.input);
-    writeOutput(options.output, TVC::QImageToTVC16Bin(picture));
+    writeOutput(options.output, TVC::QImageToTVC16Bin(prepared(options)));
 }
 
 void decode(const Options &options)
@@ -33,8 +54,64 @@ void decode(const Options &options)
 
 void preview(const Options &options)
 {
-    const QImage picture = TVC::QImageToTVC16ColoredQImage(readPicture(options.input));
+    QImage picture = TVC::QImageToTVC16ColoredQImage(prepared(options));
+    if (options.screen)
+        picture = Screen::screenView(picture);
     writeOutput(options.output, toPng(enlarge(picture, options.scale.value_or(1))));
+}
+
+template <typename Choice>
+struct Word
+{
+    const char16_t *text;
+    Choice choice;
+};
+
+/// Adds an option that takes one of a few words.
+template <typename Choice>
+void addChoiceOption(CLI::App &command, const std::string &name, std::initializer_list<Word<Choice>> choices,
+                     std::optional<Choice> &target, const std::string &description)
+{
+    QStringList texts;
+    for (const Word<Choice> &word : choices)
+        texts += QString::fromUtf16(word.text);
+    const auto store = [name, texts, words = std::vector(choices), &target](const QString &value) {
+        const qsizetype index = texts.indexOf(value);
+        if (index < 0)
+            failOption(name, value, texts.join(QStringLiteral(" or ")));
+        target = words[static_cast<size_t>(index)].choice;
+    };
+    command.add_option_function<QString>(name, store, description)->type_name(texts.join(u'|').toStdString());
+}
+
+/// Adds what encode and preview make of a picture that is no picture of the TVC yet.
+void addPrepareOptions(CLI::App &command, Options &options)
+{
+    constexpr int LongestFittedSide = 4096;
+    addSizeOption(command, "--size", LongestFittedSide, options.size,
+                  "Scale the picture to a size in pixels of the TVC, which are 2.5 times as wide as high");
+    command.add_flag("--screen", options.screen, "Scale it to the screen, as --size 128x240");
+    addChoiceOption<Screen::Fit>(
+        command, "--fit",
+        {{u"contain", Screen::Contain}, {u"cover", Screen::Cover}, {u"stretch", Screen::Stretch}},
+        options.fit,
+        "Where the shapes differ, show all with bars, fill and cut, or fill with all; contain by default");
+    addColorOption(command, "--background", options.background, "Colour of the bars; black by default");
+    addChoiceOption<Screen::Dither>(
+        command, "--dither",
+        {{u"none", Screen::None}, {u"bayer", Screen::Bayer}, {u"floyd-steinberg", Screen::FloydSteinberg}},
+        options.dither, "Mix colours that the TVC has not, in a pattern or most finely; none by default");
+}
+
+/// Checks those options as a whole and turns --screen into a size.
+void resolve(Options &options)
+{
+    if (options.screen && options.size)
+        throw CLI::ValidationError("--size", "only one of --size and --screen is allowed");
+    if (options.screen)
+        options.size = QSize(Screen::Width, Screen::Height);
+    if (!options.size && (options.fit || options.background.isValid()))
+        throw CLI::ValidationError(options.fit ? "--fit" : "--background", "needs --size or --screen");
 }
 
 } // namespace
@@ -46,16 +123,21 @@ void addImageCommand(CLI::App &app)
     auto options = std::make_shared<Options>();
     const std::string picture = "Picture of any format that Qt reads, such as PNG";
 
-    CLI::App *command = addCommand(*group, "encode", "Turn a picture into the bytes that the TVC shows.",
-                                   {"zr8bit image encode examples/sunset.png -o sunset.bin",
-                                    "zr8bit image encode < examples/coin-0.png > coin-0.bin"});
+    CLI::App *command =
+        addCommand(*group, "encode", "Turn a picture into the bytes that the TVC shows.",
+                   {"zr8bit image encode --screen --dither floyd-steinberg examples/balls.png -o balls.bin",
+                    "zr8bit image encode < examples/coin-0.png > coin-0.bin"});
     addInputArgument(*command, options->input, picture);
     addOutputOption(*command, options->output, "File for the bytes");
+    addPrepareOptions(*command, *options);
     command->footer(
         "Each pixel becomes its closest colour of the TVC; transparency plays no part. The bytes do "
         "not say how\nwide the picture is: two pixels are a byte, and an odd width is filled up "
         "with black.");
-    command->callback([options] { encode(*options); });
+    command->callback([options] {
+        resolve(*options);
+        encode(*options);
+    });
 
     command = addCommand(
         *group, "decode", "Turn the bytes of a picture into a PNG.",
@@ -68,11 +150,19 @@ void addImageCommand(CLI::App &app)
     command->footer("A last row that is cut is black from where the bytes end.");
     command->callback([options] { decode(*options); });
 
-    command = addCommand(*group, "preview", "Show as PNG what a picture looks like on the TVC.",
-                         {"zr8bit image preview examples/sunset.png --scale 2 -o sunset-preview.png",
-                          "zr8bit image preview < examples/coin-0.png > coin-0-preview.png"});
+    command = addCommand(
+        *group, "preview", "Show as PNG what a picture looks like on the TVC.",
+        {"zr8bit image preview --screen --dither floyd-steinberg examples/balls.png -o balls-tvc.png",
+         "zr8bit image preview < examples/coin-0.png > coin-0-preview.png"});
     addInputArgument(*command, options->input, picture);
     addOutputOption(*command, options->output, "File for the PNG");
+    addPrepareOptions(*command, *options);
     addScaleOption(*command, options->scale);
-    command->callback([options] { preview(*options); });
+    command->footer(
+        "It shows what encode gives with the same options. With --screen each pixel is 5 x 2, as its "
+        "shape is:\n640 x 480 in all.");
+    command->callback([options] {
+        resolve(*options);
+        preview(*options);
+    });
 }

@@ -2,6 +2,9 @@
 
 #include "numbers.h"
 
+#include <QtCore/QStringList>
+
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -44,6 +47,21 @@ CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const s
                            .arg(range.largest));
     };
     return command.add_option_function<QString>(name, store, description)->type_name(valueName);
+}
+
+CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longestSide,
+                           std::optional<QSize> &target, const std::string &description)
+{
+    const auto store = [name, longestSide, &target](const QString &value) {
+        const QStringList sides = value.split(u'x');
+        const QSize size(parseNumber(sides.front()).value_or(0), parseNumber(sides.back()).value_or(0));
+        if (sides.size() != 2 || size.isEmpty() || std::max(size.width(), size.height()) > longestSide)
+            failOption(
+                name, value,
+                QStringLiteral("a width and a height from 1 to %1, written as 128x240").arg(longestSide));
+        target = size;
+    };
+    return command.add_option_function<QString>(name, store, description)->type_name("WxH");
 }
 
 void addInputArgument(CLI::App &command, QString &target, const std::string &description)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QSize>
 #include <QtCore/QString>
 
 #include <CLI/CLI.hpp>
@@ -32,6 +33,11 @@ struct NumberRange
 /// line. target must live until the command line has been parsed.
 CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
                              NumberRange range, std::optional<int> &target, const std::string &description);
+
+/// Adds an option that takes a size in pixels, written as 128x240, with sides from 1 to a longest one. Any
+/// other value is a wrong command line.
+CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longestSide,
+                           std::optional<QSize> &target, const std::string &description);
 
 /// Adds the argument INPUT, a file to read or "-" for standard input, which it is by default.
 void addInputArgument(CLI::App &command, QString &target, const std::string &description);

@@ -62,6 +62,18 @@ QImage enlarge(const QImage &picture, int scale)
     return picture.scaled(picture.size() * scale);
 }
 
+void addColorOption(CLI::App &command, const std::string &name, QColor &target,
+                    const std::string &description)
+{
+    const auto store = [name, &target](const QString &value) {
+        const QColor color = QColor::fromString(value);
+        if (!color.isValid())
+            failOption(name, value, QStringLiteral("a colour, written as #ff00ff or magenta"));
+        target = QColor(color.rgb()); // pixels are compared with colours of 8 bits
+    };
+    command.add_option_function<QString>(name, store, description)->type_name("COLOR");
+}
+
 void addScaleOption(CLI::App &command, std::optional<int> &target)
 {
     constexpr int LargestScale = 64;

@@ -2,9 +2,11 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
+#include <QtGui/QColor>
 #include <QtGui/QImage>
 
 #include <optional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -24,6 +26,11 @@ QByteArray toPng(const QImage &picture);
 
 /// The picture with each pixel repeated to a square. Throws Failure when it becomes too large.
 QImage enlarge(const QImage &picture, int scale);
+
+/// Adds an option that takes a colour, written as #ff00ff or magenta. Any other value is a wrong command
+/// line.
+void addColorOption(CLI::App &command, const std::string &name, QColor &target,
+                    const std::string &description);
 
 /// Adds the option --scale, by which a preview is enlarged.
 void addScaleOption(CLI::App &command, std::optional<int> &target);

@@ -121,20 +121,6 @@ void preview(const Options &options)
     writeOutput(options.output, toPng(enlarge(sheet, options.scale.value_or(1))));
 }
 
-void addTransparentOption(CLI::App &command, QColor &target)
-{
-    const auto store = [&target](const QString &value) {
-        const QColor color = QColor::fromString(value);
-        if (!color.isValid())
-            failOption("--transparent", value, QStringLiteral("a colour, written as #ff00ff or magenta"));
-        target = QColor(color.rgb()); // pixels are compared with colours of 8 bits
-    };
-    command
-        .add_option_function<QString>("--transparent", store,
-                                      "Colour of transparent pixels; #ff00ff by default")
-        ->type_name("COLOR");
-}
-
 /// Adds what a sprite is read by.
 void addSpriteOptions(CLI::App &command, Options &options)
 {
@@ -163,7 +149,8 @@ void addSpriteCommand(CLI::App &app)
         ->type_name("FILE")
         ->required();
     addOutputOption(*command, options->output, "File for the bytes");
-    addTransparentOption(*command, options->transparent);
+    addColorOption(*command, "--transparent", options->transparent,
+                   "Colour of transparent pixels; #ff00ff by default");
     command->footer(
         "Pixels of exactly the transparent colour are transparent, and so are those with an alpha "
         "below 128 of 255,\nwhich count as that colour. Every other pixel becomes its closest colour "
