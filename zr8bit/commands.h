@@ -9,6 +9,7 @@ class App;
 
 void addDbCommand(CLI::App &app);
 void addDescribeCommand(CLI::App &app);
+void addDisassembleCommand(CLI::App &app);
 void addImageCommand(CLI::App &app);
 void addRunCommand(CLI::App &app);
 void addSoundCommand(CLI::App &app);

@@ -6,20 +6,23 @@ _zr8bit()
     local group=${COMP_WORDS[1]} choices='' kind=file choice
 
     case "$COMP_CWORD $group $previous" in
-        1\ *) choices='run describe text db sound image sprite --help --version' kind= ;;
+        1\ *) choices='run describe disassemble text db sound image sprite --help --version' kind= ;;
         2\ text\ * | 2\ db\ * | 2\ sound\ *) choices='encode decode --help' kind= ;;
         2\ image\ * | 2\ sprite\ *) choices='encode decode preview --help' kind= ;;
-        *\ describe\ *) choices='MOS6510 --help' kind= ;;
+        *\ --instructions) choices='documented all' kind= ;;
+        *\ describe\ *) choices='MOS6510 --instructions --help' kind= ;;
         *\ --newline) choices='lf cr crlf' kind= ;;
         *\ --fit) choices='contain cover stretch' kind= ;;
         *\ --dither) choices='none bayer floyd-steinberg' kind= ;;
         *\ --processor | *\ --memory | *\ --set | *\ --start | *\ --until | *\ --steps | *\ --per-line | \
             *\ --format | *\ --separator | *\ --width | *\ --height | *\ --scale | *\ --transparent | \
-            *\ --size | *\ --background)
+            *\ --size | *\ --background | *\ --dump | *\ --at)
             kind= ;;
         *\ sprite\ -o | *\ sprite\ --output) [[ ${COMP_WORDS[2]} != decode ]] || kind=directory ;;
         *) [[ $word != -* ]] || case "$group ${COMP_WORDS[2]}" in
-            run\ *) choices='--processor --memory --load --set --start --until --steps --trace --log --help' ;;
+            run\ *) choices='--processor --memory --instructions --load --set --dump --save --start --until --steps
+                --trace --log --help' ;;
+            disassemble\ *) choices='--at --instructions --output --help' ;;
             text\ *) choices='--lines --output --help' ;;
             db\ encode) choices='--hex --padded --per-line --newline --output --help' ;;
             db\ decode) choices='--output --help' ;;

@@ -1,7 +1,8 @@
 #include "console.h"
 
 #include "failure.h"
-#include "numbers.h"
+
+#include <zr8bitkit/zrnumbers.h>
 
 #include <QtCore/QtLogging>
 
@@ -38,8 +39,13 @@ void noteOutputError()
                       .arg(QString::fromLocal8Bit(std::generic_category().message(outputError))));
 }
 
-void printLogMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+void printLogMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
+    QString text = message;
+    if (context.file)
+        text += QStringLiteral(" [%1:%2, %3]")
+                    .arg(QString::fromLocal8Bit(context.file), QString::number(context.line),
+                         QString::fromLocal8Bit(context.function));
     if (type == QtCriticalMsg || type == QtFatalMsg)
         printError(QStringLiteral("zr8bit: error: ") + text);
     else if (++logWarnings <= LogWarningsShown)
@@ -75,7 +81,7 @@ void printError(const QString &line)
     QString shown;
     for (const QChar character : line) {
         if (character.category() == QChar::Other_Control)
-            shown += QStringLiteral("\\x") + hexDigits(character.unicode(), 2);
+            shown += QStringLiteral("\\x") + ZR::ZRNumbers::hexDigits(character.unicode(), 2);
         else
             shown += character;
     }

@@ -22,8 +22,8 @@ void printError(const QString &line);
 /// Writes a line to standard error about something that does not stop the command.
 void printWarning(const QString &text);
 
-/// From now on each message of Qt's message log is a line on standard error. Of the warnings only the first
-/// 20 are shown.
+/// From now on each message of Qt's message log is a line on standard error, with its place when it has one.
+/// Of the warnings only the first 20 are shown.
 void showMessageLog();
 
 /// Prints how many warnings of the message log were not shown.

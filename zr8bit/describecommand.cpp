@@ -1,51 +1,18 @@
 #include "commands.h"
 #include "console.h"
 #include "failure.h"
-#include "machine.h"
-#include "numbers.h"
 #include "options.h"
 
-#include <zr8bitlib/zr8bitcomputer.h>
+#include <zr8bitkit/zr8bitmachine.h>
+#include <zr8bitkit/zrmapconfig.h>
+#include <zr8bitkit/zrnumbers.h>
 #include <zr8bitlib/zr8bitprocbase.h>
 #include <zr8bitlib/zr8bitregister.h>
-#include <zrbaselib/zrconfigiface.h>
 
 #include <algorithm>
 #include <memory>
 
 namespace {
-
-/// The settings of the smallest machine with a processor of one type.
-class ProcessorConfig : public ZRConfigIface
-{
-public:
-    explicit ProcessorConfig(const QString &type)
-        : _type(type)
-    {
-    }
-
-    QString stringValue(const QString &key, const QString &defaultValue) override
-    {
-        return key == QLatin1String("PROC_CPU.Type") ? _type : defaultValue;
-    }
-
-    QStringList stringListValue(const QString &key, const QStringList &defaultValue) override
-    {
-        if (key == QLatin1String("Computer.RAMs"))
-            return {QStringLiteral("MAIN")};
-        if (key == QLatin1String("Computer.Processors"))
-            return {QStringLiteral("CPU")};
-        return defaultValue;
-    }
-
-    int intValue(const QString &key, int defaultValue) override
-    {
-        return key == QLatin1String("RAM_MAIN.Size") ? 0 : defaultValue;
-    }
-
-private:
-    QString _type;
-};
 
 /// The text without what it has of HTML: line breaks, and tabs that count as spaces.
 QString plainText(QString text)
@@ -83,40 +50,48 @@ void printInstructions(const QHash<unsigned char, ZR::ZR8BitProcCommand *> &comm
                              QStringLiteral("Mnemonic"), QStringLiteral("Title"), QStringLiteral("Text")}};
     for (const unsigned char opcode : opcodes) {
         ZR::ZR8BitProcCommand *command = commands.value(opcode);
-        rows.append({QLatin1Char('$') + hexDigits(opcode, 2), QString::number(command->length()),
-                     QString::number(command->cycleCnt()), command->assembly(),
-                     plainText(command->descHint()),
+        rows.append({QLatin1Char('$') + ZR::ZRNumbers::hexDigits(opcode, 2),
+                     QString::number(command->length()), QString::number(command->cycleCnt()),
+                     command->assembly(), plainText(command->descHint()),
                      plainText(command->desc()).replace(QLatin1Char('\n'), QStringLiteral("; "))});
     }
     printTable(rows);
 }
 
-void describe(const QString &type)
+struct Options
 {
-    ProcessorConfig config(type);
-    ZR::ZR8BitComputer computer;
-    if (!computer.readFromConfig(QString(), &config))
-        throw Failure(computer.lastErrorStr());
-    ZR::ZR8BitProcBase *processor = processorBase(computer.processors().value(QStringLiteral("CPU")));
-    if (!processor->init())
-        throw Failure(processor->lastErrorStr());
+    QString type = QStringLiteral("MOS6510");
+    ZR::ZR8BitMachine::Choice choice;
+};
 
-    printTexts(*processor);
-    const auto registers = processor->registers();
+void describe(const Options &options)
+{
+    ZR::ZRMapConfig smallest{{QStringLiteral("Computer.RAMs"), QStringLiteral("MAIN")},
+                             {QStringLiteral("RAM_MAIN.Size"), QStringLiteral("0")},
+                             {QStringLiteral("Computer.Processors"), QStringLiteral("CPU")},
+                             {QStringLiteral("PROC_CPU.Type"), options.type}};
+    ZR::ZR8BitMachine machine;
+    if (!machine.load(&smallest, options.choice))
+        throw Failure(machine.lastErrorStr());
+
+    printTexts(*machine.processor());
+    const auto registers = machine.processor()->registers();
     for (ZR::ZR8BitRegister *reg : registers)
         printTexts(*reg);
-    printInstructions(processor->commandList());
+    printInstructions(machine.processor()->commandList());
 }
 
 } // namespace
 
 void addDescribeCommand(CLI::App &app)
 {
-    CLI::App *command = addCommand(app, "describe",
-                                   "Print what a processor says of itself: texts, registers "
-                                   "and instruction table.",
-                                   {"zr8bit describe", "zr8bit describe MOS6510 | grep ADC"});
-    auto type = std::make_shared<QString>(QStringLiteral("MOS6510"));
-    command->add_option("TYPE", *type, "Processor type; MOS6510 by default");
-    command->callback([type] { describe(*type); });
+    CLI::App *command =
+        addCommand(app, "describe",
+                   "Print what a processor says of itself: texts, registers "
+                   "and instruction table.",
+                   {"zr8bit describe", "zr8bit describe MOS6510 --instructions all | grep LAX"});
+    auto options = std::make_shared<Options>();
+    command->add_option("TYPE", options->type, "Processor type; MOS6510 by default");
+    addInstructionsOption(*command, options->choice.instructions, "only ADC and TAX by default");
+    command->callback([options] { describe(*options); });
 }

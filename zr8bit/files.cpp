@@ -3,7 +3,8 @@
 #include "console.h"
 #include "failure.h"
 #include "interrupts.h"
-#include "numbers.h"
+
+#include <zr8bitkit/zrnumbers.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -119,7 +120,8 @@ QString readUtf8(const QString &path)
             --valid;
         throw Failure(QStringLiteral("%1, line %2: not UTF-8 text, the byte at offset %3 is $%4!")
                           .arg(inputName(path), QString::number(bytes.first(valid).count('\n') + 1),
-                               QString::number(valid), hexDigits(static_cast<uchar>(bytes[valid]), 2)));
+                               QString::number(valid),
+                               ZR::ZRNumbers::hexDigits(static_cast<uchar>(bytes[valid]), 2)));
     }
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);

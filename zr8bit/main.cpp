@@ -91,6 +91,7 @@ int runCommandLine()
     app.require_subcommand(1);
     addRunCommand(app);
     addDescribeCommand(app);
+    addDisassembleCommand(app);
     addTextCommand(app);
     addDbCommand(app);
     addSoundCommand(app);

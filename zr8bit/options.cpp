@@ -1,6 +1,6 @@
 #include "options.h"
 
-#include "numbers.h"
+#include <zr8bitkit/zrnumbers.h>
 
 #include <QtCore/QStringList>
 
@@ -39,7 +39,7 @@ CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const s
                              NumberRange range, std::optional<int> &target, const std::string &description)
 {
     const auto store = [name, range, &target](const QString &value) {
-        target = parseNumber(value);
+        target = ZR::ZRNumbers::parse(value);
         if (!target || *target < range.smallest || *target > range.largest)
             failOption(name, value,
                        QStringLiteral("a number from %1 to %2, written as 512, 0x200 or $200")
@@ -54,7 +54,8 @@ CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longe
 {
     const auto store = [name, longestSide, &target](const QString &value) {
         const QStringList sides = value.split(u'x');
-        const QSize size(parseNumber(sides.front()).value_or(0), parseNumber(sides.back()).value_or(0));
+        const QSize size(ZR::ZRNumbers::parse(sides.front()).value_or(0),
+                         ZR::ZRNumbers::parse(sides.back()).value_or(0));
         if (sides.size() != 2 || size.isEmpty() || std::max(size.width(), size.height()) > longestSide)
             failOption(
                 name, value,
@@ -62,6 +63,20 @@ CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longe
         target = size;
     };
     return command.add_option_function<QString>(name, store, description)->type_name("WxH");
+}
+
+void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText)
+{
+    const auto store = [&target](const QString &value) {
+        if (value != QLatin1String("documented") && value != QLatin1String("all"))
+            failOption("--instructions", value, QStringLiteral("documented or all"));
+        target = value;
+    };
+    command
+        .add_option_function<QString>("--instructions", store,
+                                      "Instructions of the complete processor, documented or all; " +
+                                          defaultText)
+        ->type_name("WHICH");
 }
 
 void addInputArgument(CLI::App &command, QString &target, const std::string &description)

@@ -39,6 +39,9 @@ CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const s
 CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longestSide,
                            std::optional<QSize> &target, const std::string &description);
 
+/// Adds the option --instructions, which takes the words documented and all.
+void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText);
+
 /// Adds the argument INPUT, a file to read or "-" for standard input, which it is by default.
 void addInputArgument(CLI::App &command, QString &target, const std::string &description);
 

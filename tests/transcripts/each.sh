@@ -12,7 +12,8 @@ while IFS='|' read -r example words to; do
   echo "[$?] $(diff -rq old out >/dev/null || echo 'new output ')${errors##*$'\n'}"
 done <<'END' | sed -E "s/(: .*): [^:]*$/\1/; s/(line .*): .*/\1/; s#/[.]zr8bit-[^/]*##; s/ *$//" | sort | uniq -c
 example.ini|run INPUT --trace --set XR=2 --set YR=3 --start 0x200 --until 0x216|
-title.rom|run examples/example.ini --steps 0 --load INPUT@0|
+title.rom|run examples/example.ini --steps 0 --load INPUT@0|--save out/file@0:16
+sieve.bin|disassemble INPUT|-o out/file
 greeting.txt|text encode INPUT|-o out/file
 greeting.txt|text decode INPUT|-o out/file
 title.rom|db encode INPUT|-o out/file

@@ -1,0 +1,56 @@
+#include "progress.h"
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+bool errorsGoToTerminal()
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+} // namespace
+
+Progress::Progress()
+    : _isTerminal(errorsGoToTerminal())
+{
+    _timer.start();
+}
+
+Progress::~Progress()
+{
+    if (_width > 0)
+        _write(QString());
+}
+
+void Progress::show(qint64 instructionCount)
+{
+    constexpr qint64 Pause = 200;
+    const qint64 time = _timer.elapsed();
+    if (!_isTerminal || time < _nextTime)
+        return;
+    _nextTime = time + Pause;
+    const double millions = static_cast<double>(instructionCount) / 1e6;
+    const double seconds = static_cast<double>(time) / 1000;
+    _write(QStringLiteral("%1 million instructions, %2 million a second")
+               .arg(QString::number(millions, 'f', 1), QString::number(millions / seconds, 'f', 1)));
+}
+
+/// Writes the line over the one that is shown, and the cursor stands at its start then.
+void Progress::_write(const QString &text)
+{
+    const QString line = text.leftJustified(_width);
+    std::fprintf(stderr, "\r%s\r", line.toUtf8().constData());
+    std::fflush(stderr);
+    _width = text.size();
+}
