@@ -3,13 +3,11 @@
 
 #include "fuzzing.h"
 
+#include <zr8bitkit/zrmapconfig.h>
 #include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitram.h>
 #include <zr8bitlib/zr8bitregister.h>
-#include <zrbaselib/zrconfigiface.h>
 
-#include <QtCore/QHash>
-#include <QtCore/QStringList>
 #include <QtCore/QTemporaryFile>
 
 #include <array>
@@ -40,9 +38,9 @@ QString fileOf(const QByteArray &content)
     return file.fileName();
 }
 
-/// Settings in lines of key=value; lists are separated by commas. The file of a block holds the image, as it
-/// is or filled to the size of the block.
-class TextConfig : public ZRConfigIface
+/// Settings in lines of key=value. The file of a block holds the image, as it is or filled to the size of the
+/// block.
+class TextConfig : public ZR::ZRMapConfig
 {
 public:
     TextConfig(const QString &text, const QByteArray &image)
@@ -51,34 +49,26 @@ public:
         for (const QString &line : text.split(u'\n')) {
             const qsizetype place = line.indexOf(u'=');
             if (place >= 0)
-                _values.insert(line.left(place), line.mid(place + 1));
+                setValue(line.left(place), line.mid(place + 1));
         }
     }
 
     QString stringValue(const QString &key, const QString &defaultValue) override
     {
-        if (!_values.contains(key))
-            return defaultValue;
-        const QString value = _values.value(key);
+        const QString value = ZRMapConfig::stringValue(key, defaultValue);
         if (!key.endsWith(QStringLiteral(".FilePath")) || value.isEmpty())
             return value;
         const QString sizeKey = key.chopped(8) + QStringLiteral("Size");
         return fileOf(value == QStringLiteral("filled") ? filled(_image, intValue(sizeKey, 0)) : _image);
     }
 
-    QStringList stringListValue(const QString &key, const QStringList &defaultValue) override
-    {
-        return _values.contains(key) ? _values.value(key).split(u',') : defaultValue;
-    }
-
     int intValue(const QString &key, int defaultValue) override
     {
-        return _values.contains(key) ? _values.value(key).toInt() % LargestBlock : defaultValue;
+        return ZRMapConfig::intValue(key, defaultValue) % LargestBlock;
     }
 
 private:
     QByteArray _image;
-    QHash<QString, QString> _values;
 };
 
 /// The values of the registers, in the order of their names.

@@ -1,33 +1,19 @@
 #pragma once
 
-#include <zrbaselib/zrconfigiface.h>
+#include <zr8bitkit/zrmapconfig.h>
 
-#include <QtCore/QMap>
-
-/// Settings in a map, made from lines of "key=value"; lists are separated by commas.
-class TestConfig : public ZRConfigIface
+/// Settings made from lines of "key=value". The items of a list keep their blanks, for the reader to trim.
+class TestConfig : public ZR::ZRMapConfig
 {
 public:
     explicit TestConfig(const QString &lines)
     {
         for (const QString &line : lines.split(u'\n'))
-            values[line.section(u'=', 0, 0)] = line.section(u'=', 1);
-    }
-
-    QString stringValue(const QString &key, const QString &defaultValue) override
-    {
-        return values.value(key, defaultValue);
+            setValue(line.section(u'=', 0, 0), line.section(u'=', 1));
     }
 
     QStringList stringListValue(const QString &key, const QStringList &defaultValue) override
     {
-        return values.contains(key) ? values.value(key).split(u',') : defaultValue;
+        return contains(key) ? stringValue(key, QString()).split(u',') : defaultValue;
     }
-
-    int intValue(const QString &key, int defaultValue) override
-    {
-        return values.contains(key) ? values.value(key).toInt() : defaultValue;
-    }
-
-    QMap<QString, QString> values;
 };

@@ -39,9 +39,9 @@ private Q_SLOTS:
         ZR8BitProcessorIface *processor = computer.processors().value(u"CPU"_s);
         QVERIFY(dynamic_cast<ZR8BitProcMOS6510 *>(processor) && !processor->mainMemory());
 
-        config.values[u"Computer.RAMs"_s] = u" "_s; // an empty name is a name
-        config.values.remove(u"Computer.Name"_s);
-        config.values.remove(u"Computer.ROMs"_s);
+        config.setValue(u"Computer.RAMs"_s, u" "_s); // an empty name is a name
+        config.remove(u"Computer.Name"_s);
+        config.remove(u"Computer.ROMs"_s);
         QVERIFY(computer.readFromConfig(QString(), &config));
         QVERIFY(computer.roms().isEmpty() && computer.rams().value(QString())->size() == 9);
         QCOMPARE(computer.computerName(), u"Not defined"_s);
@@ -77,9 +77,9 @@ no settings |  | Config handler must be defined!
         watch(computer.roms().first(), u"ROM"_s);
         watch(computer.rams().first(), u"RAM"_s);
         watch(static_cast<ZR8BitProcBase *>(computer.processors().first()), u"processor"_s);
-        config.values[key] = fields[0].section(u'=', 1);
+        config.setValue(key, fields[0].section(u'=', 1));
         if (key == fields[0]) // with no value
-            config.values.remove(key);
+            config.remove(key);
         TestLogger logger;
         computer.setLogger(&logger);
         QVERIFY(!computer.readFromConfig(QString(), key.isEmpty() ? nullptr : &config));

@@ -120,9 +120,9 @@ no data | 2 | 0 | Invalid data to write! Length: 2
         const auto load = [&config, &ram] { return ram.readFromConfig(u"RAM_%1"_s, &config); };
         QVERIFY(!load());
         QCOMPARE(ram.lastErrorStr(), u"RAM_%1.Size field does not defined!"_s);
-        config.values[u"RAM_%1.Size"_s] = u"4"_s;
+        config.setValue(u"RAM_%1.Size"_s, u"4"_s);
         QVERIFY(load() && ram.value(0, 9) == "1234");
-        config.values[u"RAM_%1.Size"_s] = u"3"_s;
+        config.setValue(u"RAM_%1.Size"_s, u"3"_s);
         QVERIFY(!load() && ram.value(0, 9) == QByteArray(3, 0));
         QCOMPARE(ram.lastErrorStr(), u"ROM file: '"_s + file.fileName() +
                                          u"' size: 4 bytes is not equal the ROM size: 3 bytes!"_s);
