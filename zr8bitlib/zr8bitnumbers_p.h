@@ -1,22 +1,22 @@
 #pragma once
 
-// Numbers in texts, without the cost of a string a number.
+// Numbers in texts, read and written without a temporary string for each.
 
 #include <QtCore/QStringView>
 
 namespace ZR {
 
-/// The number that QString::toInt() reads from the text, accepted and refused just as there.
+/// The same as QString::toInt(), but with a fast path.
 inline int toInt(QStringView text, int base, bool &isNumber)
 {
-    // Up to seven digits and nothing else, which cannot overflow, are worth a short way.
+    // The fast path takes up to seven digits and nothing else: they cannot overflow.
     if (text.isEmpty() || text.size() > 7)
         return text.toInt(&isNumber, base);
     int number = 0;
     for (const QChar character : text) {
         int digit = character.unicode() - u'0';
         if (digit < 0 || digit > 9) {
-            const int letter = (character.unicode() | 0x20) - u'a'; // capitals become small letters
+            const int letter = (character.unicode() | 0x20) - u'a'; // in lower case
             digit = letter >= 0 ? letter + 10 : base;
         }
         if (digit >= base)
@@ -27,8 +27,8 @@ inline int toInt(QStringView text, int base, bool &isNumber)
     return number;
 }
 
-/// Writes the digits of a number, capitals, with zeros in front up to the given count. Returns the place
-/// behind them.
+/// Writes a number in upper-case digits, padded with zeros to at least count digits. Returns the position
+/// behind the last one.
 template <unsigned Base>
 QChar *writeDigits(QChar *place, unsigned number, int count)
 {

@@ -7,20 +7,20 @@
 
 /// Reads named settings for the objects that are built from a configuration.
 ///
-/// A host implements stringValue(), stringListValue() and intValue() over the storage of its choice; the
-/// other operations have defaults that build on these. Keys are whole strings of the form section, point,
-/// field, as in "Computer.Name". An object that gets a reader uses it for the length of that one call only,
-/// on the thread of the caller.
+/// A host implements stringValue(), stringListValue() and intValue(); the other operations have defaults that
+/// call stringValue(). A key is a section and a field with a point between, as in "Computer.Name". An object
+/// that is given a reader uses it only during that call, on the thread of the caller.
 class ZRBASELIB_EXPORT ZRConfigIface
 {
 public:
     virtual ~ZRConfigIface();
 
-    /// Whether the setting is there. By default: whether it outweighs the default value of stringValue().
+    /// Whether the setting is there. By default: whether stringValue() gives the same text for two different
+    /// default values.
     virtual bool contains(const QString &key);
 
-    /// The setting as a truth value: by default "true", "yes", "on" and "1" are true, "false", "no", "off"
-    /// and "0" are false, in any case of letters. Anything else gives defaultValue.
+    /// The setting as true or false. By default "true", "yes", "on" and "1" are true, and "false", "no",
+    /// "off" and "0" are false, in upper or lower case. Anything else gives defaultValue.
     virtual bool boolValue(const QString &key, bool defaultValue);
 
     /// The setting, or defaultValue when it is absent.
@@ -32,8 +32,8 @@ public:
     /// The setting as a 64-bit whole number. By default a decimal number; anything else gives defaultValue.
     virtual qint64 longValue(const QString &key, qint64 defaultValue);
 
-    /// The setting as a floating-point number, by default with a decimal point and no grouping. Anything else
-    /// gives defaultValue.
+    /// The setting as a floating-point number. By default it has a decimal point and no thousands separators;
+    /// anything else gives defaultValue.
     virtual double doubleValue(const QString &key, double defaultValue);
 
     /// The setting as a whole number, or defaultValue when it is absent or no number.
