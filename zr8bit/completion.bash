@@ -7,7 +7,8 @@ _zr8bit()
 
     case "$COMP_CWORD $group $previous" in
         1\ *) choices='run describe disassemble text db sound image sprite --help --version' kind= ;;
-        2\ text\ * | 2\ db\ * | 2\ sound\ *) choices='encode decode --help' kind= ;;
+        2\ text\ * | 2\ db\ *) choices='encode decode --help' kind= ;;
+        2\ sound\ *) choices='encode decode render pitch --help' kind= ;;
         2\ image\ * | 2\ sprite\ *) choices='encode decode preview --help' kind= ;;
         *\ --instructions) choices='documented all' kind= ;;
         *\ describe\ *) choices='MOS6510 --instructions --help' kind= ;;
@@ -16,7 +17,8 @@ _zr8bit()
         *\ --dither) choices='none bayer floyd-steinberg' kind= ;;
         *\ --processor | *\ --memory | *\ --set | *\ --start | *\ --until | *\ --steps | *\ --per-line | \
             *\ --format | *\ --separator | *\ --width | *\ --height | *\ --scale | *\ --transparent | \
-            *\ --size | *\ --background | *\ --dump | *\ --at)
+            *\ --size | *\ --background | *\ --dump | *\ --at | *\ --label | *\ --frame | *\ --columns | \
+            *\ --tick | *\ --rate)
             kind= ;;
         *\ sprite\ -o | *\ sprite\ --output) [[ ${COMP_WORDS[2]} != decode ]] || kind=directory ;;
         *) [[ $word != -* ]] || case "$group ${COMP_WORDS[2]}" in
@@ -24,15 +26,17 @@ _zr8bit()
                 --trace --log --help' ;;
             disassemble\ *) choices='--at --instructions --output --help' ;;
             text\ *) choices='--lines --output --help' ;;
-            db\ encode) choices='--hex --padded --per-line --newline --output --help' ;;
+            db\ encode) choices='--hex --padded --per-line --newline --label --output --help' ;;
             db\ decode) choices='--output --help' ;;
+            sound\ render) choices='--format --tick --rate --plot --output --help' ;;
+            sound\ pitch) choices='--value --help' ;;
             sound\ *) choices='--format --separator --output --help' ;;
             image\ decode) choices='--width --output --help' ;;
             image\ encode) choices='--size --screen --fit --background --dither --output --help' ;;
             image\ preview) choices='--size --screen --fit --background --dither --scale --output --help' ;;
-            sprite\ encode) choices='--transparent --output --help' ;;
-            sprite\ decode) choices='--width --height --output --help' ;;
-            sprite\ preview) choices='--width --height --scale --output --help' ;;
+            sprite\ encode) choices='--transparent --frame --output --help' ;;
+            sprite\ decode) choices='--width --height --sheet --columns --output --help' ;;
+            sprite\ preview) choices='--width --height --scale --screen --output --help' ;;
         esac ;;
     esac
 

@@ -6,6 +6,7 @@
 
 #include <zr8bitlib/zr8bittvc.h>
 
+#include <algorithm>
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -19,6 +20,7 @@ struct EncodeOptions
     bool padded = false;
     std::optional<int> perLine;
     QString newline = QStringLiteral("lf");
+    QString label;
 };
 
 void encode(const EncodeOptions &options)
@@ -27,6 +29,10 @@ void encode(const EncodeOptions &options)
     const QByteArray data = readInput(options.files.input);
     QString listing =
         ZR8BitTVC::BinToDB(data, options.hex, options.padded, options.perLine.value_or(ValuesPerLine));
+    if (!options.label.isEmpty()) {
+        const QString head = QStringLiteral("%1_SIZE EQU %2\r%1:").arg(options.label).arg(data.size());
+        listing = data.isEmpty() ? head : head + u'\r' + listing;
+    }
     // The library only separates lines; other programs want every line to have its end.
     if (options.newline != QLatin1String("cr") && !listing.isEmpty()) {
         listing += u'\r';
@@ -96,6 +102,21 @@ void decode(const Files &files)
     writeOutput(files.output, data);
 }
 
+/// Ends parsing when a label cannot stand in front of a listing.
+void checkLabel(const QString &label)
+{
+    const auto isPart = [](QChar character) {
+        return character == u'_' || (character.unicode() < 0x80 && character.isLetterOrNumber());
+    };
+    if (label.isEmpty() || label.front().isDigit() || !std::all_of(label.begin(), label.end(), isPart))
+        failOption("--label", label,
+                   QStringLiteral("an identifier: letters from A to Z, digits and _, no digit in front"));
+    if (label.contains(QLatin1String("db"), Qt::CaseInsensitive))
+        failOption(
+            "--label", label,
+            QStringLiteral("a label without \"db\", which would count as the directive when it is read"));
+}
+
 void addEncodeCommand(CLI::App &group)
 {
     CLI::App *command =
@@ -113,7 +134,12 @@ void addEncodeCommand(CLI::App &group)
         ->add_option("--newline", options->newline,
                      "End of a line: lf, crlf, or cr, which stands only between lines; lf by default")
         ->type_name("END");
-    command->callback([options] {
+    CLI::Option *label = command->add_option(
+        "--label", options->label, "Label in front of the listing, and LABEL_SIZE for the number of bytes");
+    label->type_name("LABEL");
+    command->callback([options, label] {
+        if (label->count() > 0)
+            checkLabel(options->label);
         if (!QStringList{QStringLiteral("lf"), QStringLiteral("cr"), QStringLiteral("crlf")}.contains(
                 options->newline))
             failOption("--newline", options->newline, QStringLiteral("lf, cr or crlf"));

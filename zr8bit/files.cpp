@@ -3,6 +3,7 @@
 #include "console.h"
 #include "failure.h"
 #include "interrupts.h"
+#include "progress.h"
 
 #include <zr8bitkit/zrnumbers.h>
 
@@ -62,7 +63,7 @@ bool isDevice(const QString &path)
 
 /// Returns whether all of data could be written. A full disk cuts a write short without an error: only the
 /// next write names the cause.
-bool writeAll(QFileDevice &file, const QByteArray &data)
+bool writeAll(QIODevice &file, const QByteArray &data)
 {
     for (qint64 done = 0; done < data.size();) {
         const qint64 count = file.write(data.constData() + done, data.size() - done);
@@ -73,12 +74,45 @@ bool writeAll(QFileDevice &file, const QByteArray &data)
     return true;
 }
 
-/// Opens a file for writing and writes all of data to it.
-void writeFile(QFileDevice &file, const QString &path, const QByteArray &data)
+/// Opens a file for writing and writes it.
+void writeFile(QFileDevice &file, const QString &path, const Writer &write)
 {
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, data) || !file.flush())
+    if (!file.open(QIODevice::WriteOnly))
+        failToWrite(path, file.errorString());
+    write(file);
+    if (!file.flush())
         failToWrite(path, file.errorString());
 }
+
+/// What writes all of data, which has to live as long, for the output path.
+Writer writerOf(const QString &path, const QByteArray &data)
+{
+    return [path, &data](QIODevice &file) {
+        if (!writeAll(file, data))
+            failToWrite(path, file.errorString());
+    };
+}
+
+/// Standard output as a device.
+class StandardOutput : public QIODevice
+{
+public:
+    StandardOutput() { open(QIODevice::WriteOnly); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        try {
+            printBytes(QByteArray::fromRawData(data, static_cast<qsizetype>(size)));
+        } catch (const Failure &failure) {
+            setErrorString(failure.text());
+            return -1;
+        }
+        return size;
+    }
+};
 
 } // namespace
 
@@ -134,14 +168,24 @@ void writeOutput(const QString &path, const QByteArray &data)
         printBytes(data);
         return;
     }
+    writeOutput(path, writerOf(path, data));
+}
+
+void writeOutput(const QString &path, const Writer &write)
+{
+    if (isStandardStream(path)) {
+        StandardOutput output;
+        write(output);
+        return;
+    }
     if (isDevice(path)) {
         QFile device(path);
-        writeFile(device, path, data);
+        writeFile(device, path, write);
         return;
     }
     const InterruptDelay delay;
     QSaveFile file(path);
-    writeFile(file, path, data);
+    writeFile(file, path, write);
     if (delay.isInterrupted())
         return; // the temporary file goes, and then the program
     if (!file.commit())
@@ -165,8 +209,12 @@ void writeFolder(const QString &path, const QList<NamedData> &files)
     const QTemporaryDir staging(folder.filePath(QStringLiteral(".zr8bit-XXXXXX")));
     if (!staging.isValid())
         failToWrite(path, staging.errorString());
+    Progress progress;
+    qint64 done = 0;
     for (const NamedData &file : files) {
-        writeOutput(staging.filePath(file.name), file.data);
+        QFile staged(staging.filePath(file.name)); // need not reach the disk before it is renamed
+        writeFile(staged, staged.fileName(), writerOf(staged.fileName(), file.data));
+        progress.show(QStringLiteral("files"), ++done, files.size());
         if (delay.isInterrupted())
             return;
     }

@@ -4,6 +4,10 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
+#include <functional>
+
+class QIODevice;
+
 // Input and output of the sub-commands that convert. "-" means standard input or output.
 
 /// Thrown instead of waiting for what a person may type.
@@ -21,6 +25,12 @@ QString readUtf8(const QString &path);
 /// Writes the output. A file is written whole or not at all: when it cannot be written, throws Failure and
 /// leaves an existing file as it was.
 void writeOutput(const QString &path, const QByteArray &data);
+
+/// Writes an output piece by piece to the device that it is given. Throws Failure when it cannot.
+using Writer = std::function<void(QIODevice &)>;
+
+/// Writes the output in the same way, without keeping all of it in memory.
+void writeOutput(const QString &path, const Writer &write);
 
 /// A file by its name within a folder.
 struct NamedData

@@ -3,7 +3,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QString>
 
-/// Tells a person at a terminal how far a run is, on one line of standard error that goes away with this
+/// Tells a person at a terminal how far a long job is, on one line of standard error that goes away with this
 /// object. Where standard error is no terminal, and within the first second, it shows nothing.
 class Progress
 {
@@ -16,7 +16,11 @@ public:
     /// Shows how many instructions have run, when the line is older than a while.
     void show(qint64 instructionCount);
 
+    /// Shows how many units of a job, such as frames, are done of how many, in the same way.
+    void show(const QString &units, qint64 done, qint64 total);
+
 private:
+    bool _isDue();
     void _write(const QString &text);
 
     const bool _isTerminal;

@@ -4,14 +4,15 @@
 #include "files.h"
 #include "options.h"
 #include "pictures.h"
+#include "progress.h"
 
+#include <zr8bitkit/zr8bittvcscreen.h>
+#include <zr8bitkit/zr8bittvcsheet.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 
-#include <QtGui/QPainter>
-
-#include <limits>
 #include <memory>
 
+using Sheet = ZR::ZR8BitTVCSheet;
 using TVC = ZR::ZR8BitTVCColor16;
 
 namespace {
@@ -21,104 +22,102 @@ struct Options
     QStringList inputs;
     QString input = QStringLiteral("-");
     QString output = QStringLiteral("-");
+    QString folder;
+    QString sheet;
     QColor transparent = QColor(255, 0, 255);
+    std::optional<QSize> frame;
     std::optional<int> width;
     std::optional<int> height;
     std::optional<int> scale;
+    std::optional<int> columns;
+    bool screen = false;
 };
+
+/// Throws Failure for what the kit has refused.
+void check(bool isDone, const QString &path, const QString &error)
+{
+    if (!isDone)
+        throw Failure(QStringLiteral("%1: %2").arg(inputName(path), error));
+}
+
+/// Warns of a frame that has another size than the first.
+void checkSize(const QSize &size, const QSize &first, const QString &path)
+{
+    if (size != first)
+        printWarning(QStringLiteral("%1 has %2 x %3 pixels, the first frame %4 x %5")
+                         .arg(inputName(path), QString::number(size.width()), QString::number(size.height()),
+                              QString::number(first.width()), QString::number(first.height())));
+}
 
 void encode(const Options &options)
 {
-    QList<QImage> frames;
-    for (const QString &path : options.inputs) {
-        frames += readPicture(path);
-        const QSize first = frames.first().size();
-        const QSize size = frames.last().size();
-        if (size != first)
-            printWarning(QStringLiteral("%1 has %2 x %3 pixels, the first frame %4 x %5")
-                             .arg(inputName(path), QString::number(size.width()),
-                                  QString::number(size.height()), QString::number(first.width()),
-                                  QString::number(first.height())));
+    QByteArray sprite;
+    QSize first;
+    Progress progress;
+    for (qsizetype i = 0; i < options.inputs.size(); ++i) {
+        const QString &path = options.inputs.at(i);
+        const QImage picture = readPicture(path);
+        QList<QImage> frames{picture};
+        QString error;
+        if (options.frame)
+            check(Sheet::cut(picture, *options.frame, frames, error), path, error);
+        if (i == 0)
+            first = frames.front().size();
+        checkSize(frames.front().size(), first, path);
+        sprite += TVC::QImagesToTVC16Sprite(frames, options.transparent);
+        progress.show(QStringLiteral("pictures"), i + 1, options.inputs.size());
     }
-    writeOutput(options.output, TVC::QImagesToTVC16Sprite(frames, options.transparent));
+    writeOutput(options.output, sprite);
 }
 
-/// The picture of a frame with transparent pixels, where the library's has white ones.
-QImage applyMask(const QImage &picture, const QByteArray &frame)
-{
-    QImage result = picture.convertToFormat(QImage::Format_ARGB32);
-    const qint64 plane = frame.size() / 2;
-    for (int y = 0; y < result.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
-        for (int x = 0; x < result.width(); ++x) {
-            const qint64 place = y * bytesPerRow(result.width()) + x / 2;
-            const int bits = x % 2 == 0 ? 0xAA : 0x55;
-            if (place < plane && (frame.at(plane + place) & bits) == bits)
-                line[x] &= 0x00FFFFFF;
-        }
-    }
-    return result;
-}
-
-/// The pictures of all frames of the input.
+/// The pictures of all frames of the input, with transparent pixels.
 QList<QImage> readFrames(const Options &options)
 {
-    const QString &path = options.input;
-    const qint64 frameSize = 2 * bytesPerRow(*options.width) * *options.height;
-    const QByteArray stream = readStream(path, frameSize, QStringLiteral("frames"));
-    QList<QImage> frames = TVC::QImagesFromTVC16Sprite(stream, *options.width, *options.height);
-    // One row of the first plane, which may be left of a cut frame, makes no picture.
-    if (stream.size() % frameSize == bytesPerRow(*options.width))
-        frames.removeLast();
-    for (qsizetype i = 0; i < frames.size(); ++i) {
-        frames[i] = applyMask(frames.at(i), stream.mid(i * frameSize, frameSize));
-        if (frames.at(i).isNull()) // there was not enough memory for it
-            failTooLarge();
-    }
-    if (frames.isEmpty())
-        throw Failure(QStringLiteral("There is no frame in %1!").arg(inputName(path)));
+    const QSize size(*options.width, *options.height);
+    const QByteArray sprite =
+        readStream(options.input, 2 * bytesPerRow(size.width()) * size.height(), QStringLiteral("frames"));
+    QList<QImage> frames;
+    QString error;
+    check(Sheet::framesOfSprite(sprite, size, frames, error), options.input, error);
     return frames;
+}
+
+/// All frames in one picture.
+QImage joinFrames(const QList<QImage> &frames, int columns, const Options &options)
+{
+    QImage sheet;
+    QString error;
+    check(Sheet::join(frames, columns, sheet, error), options.input, error);
+    return sheet;
 }
 
 void decode(const Options &options)
 {
+    constexpr int Columns = 16;
+    const QList<QImage> frames = readFrames(options);
+    if (!options.sheet.isEmpty())
+        writeOutput(options.sheet, toPng(joinFrames(frames, options.columns.value_or(Columns), options)));
+    if (options.folder.isEmpty())
+        return;
+    Progress progress;
     QList<NamedData> files;
-    for (const QImage &frame : readFrames(options))
+    for (const QImage &frame : frames) {
         files.append(
             {QStringLiteral("frame-%1.png").arg(files.size(), 3, 10, QLatin1Char('0')), toPng(frame)});
-    writeFolder(options.output, files);
-}
-
-/// Squares of two greys, by which transparent pixels are known.
-QBrush checkerboard()
-{
-    constexpr int Square = 2;
-    QImage tile(2 * Square, 2 * Square, QImage::Format_RGB32);
-    for (int y = 0; y < tile.height(); ++y) {
-        for (int x = 0; x < tile.width(); ++x)
-            tile.setPixel(x, y, x / Square == y / Square ? 0xFFD0D0D0 : 0xFFB0B0B0);
+        progress.show(QStringLiteral("frames"), files.size(), frames.size());
     }
-    return QBrush(tile);
+    writeFolder(options.folder, files);
 }
 
 void preview(const Options &options)
 {
     const QList<QImage> frames = readFrames(options);
-    const QSize size = frames.first().size(); // none is larger: a cut one has fewer rows
-    QImage sheet;
-    if (frames.size() <= std::numeric_limits<int>::max() / size.width())
-        sheet = QImage(size.width() * static_cast<int>(frames.size()), size.height(), QImage::Format_RGB32);
-    if (sheet.isNull())
-        failTooLarge();
-    QPainter painter(&sheet);
-    painter.fillRect(sheet.rect(), checkerboard());
-    int left = 0;
-    for (const QImage &frame : frames) {
-        painter.drawImage(left, 0, frame);
-        left += size.width();
-    }
-    painter.end();
-    writeOutput(options.output, toPng(enlarge(sheet, options.scale.value_or(1))));
+    const QImage sheet = joinFrames(frames, static_cast<int>(frames.size()), options);
+    // The squares of the ground are squares on the screen too.
+    QImage picture = Sheet::onCheckerboard(sheet, options.screen ? QSize(2, 5) : QSize(2, 2));
+    if (options.screen)
+        picture = ZR::ZR8BitTVCScreen::screenView(picture);
+    writeOutput(options.output, toPng(enlarge(picture, options.scale.value_or(1))));
 }
 
 /// Adds what a sprite is read by.
@@ -139,10 +138,10 @@ void addSpriteCommand(CLI::App &app)
     group->require_subcommand(1);
     auto options = std::make_shared<Options>();
 
-    CLI::App *command =
-        addCommand(*group, "encode", "Turn pictures into the frames of a sprite.",
-                   {"zr8bit sprite encode examples/coin-?.png -o coin.bin",
-                    "zr8bit sprite encode --transparent black examples/sunset.png > sunset-sprite.bin"});
+    CLI::App *command = addCommand(
+        *group, "encode", "Turn pictures into the frames of a sprite.",
+        {"zr8bit sprite encode examples/coin-?.png -o coin.bin",
+         "zr8bit sprite encode --frame 16x16 --transparent black examples/sunset.png > tiles.bin"});
     command
         ->add_option("INPUT", options->inputs,
                      "Pictures of any format that Qt reads, such as PNG, one a frame; standard input for -")
@@ -151,31 +150,46 @@ void addSpriteCommand(CLI::App &app)
     addOutputOption(*command, options->output, "File for the bytes");
     addColorOption(*command, "--transparent", options->transparent,
                    "Colour of transparent pixels; #ff00ff by default");
+    addSizeOption(*command, "--frame", LongestSide, options->frame,
+                  "Take the pictures for sheets, and cut them into frames of this size");
     command->footer(
         "Pixels of exactly the transparent colour are transparent, and so are those with an alpha "
         "below 128 of 255,\nwhich count as that colour. Every other pixel becomes its closest colour "
-        "of the TVC. The bytes do not say\nhow large a frame is.");
+        "of the TVC. The bytes do not say\nhow large a frame is. A sheet is cut into frames from the left to "
+        "the right and from the top to the bottom.");
     command->callback([options] { encode(*options); });
 
     command = addCommand(
         *group, "decode", "Turn each frame of a sprite into a PNG with transparent pixels.",
         {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite decode --width 16 --height 16 -o coin",
-         "zr8bit sprite decode examples/all-modes.bin --width 8 --height 8 -o modes"});
+         "zr8bit sprite decode examples/all-modes.bin --width 8 --height 8 --sheet modes.png"});
     addSpriteOptions(*command, *options);
-    command->add_option("-o,--output", options->output, "Folder for frame-000.png, frame-001.png and so on")
-        ->type_name("DIR")
-        ->required();
+    command->add_option("-o,--output", options->folder, "Folder for frame-000.png, frame-001.png and so on")
+        ->type_name("DIR");
+    CLI::Option *sheet = command->add_option("--sheet", options->sheet, "File for one PNG with all frames");
+    sheet->type_name("FILE");
+    addNumberOption(*command, "--columns", "N", {1, LongestSide}, options->columns,
+                    "Frames in a row of the sheet, 16 by default")
+        ->needs(sheet);
     command->footer(
-        "The last frame of a sprite that is cut has fewer rows. Other files of the folder stay as they are.");
-    command->callback([options] { decode(*options); });
+        "Frames go to a folder, a sheet or both. The last frame of a sprite that is cut has fewer rows. "
+        "Other "
+        "files\nof the folder stay as they are. The sheet tells encode --frame how many frames it has, so "
+        "that places\nleft over in its last row count as none.");
+    command->callback([options] {
+        if (options->folder.isEmpty() && options->sheet.isEmpty())
+            throw CLI::ValidationError("--output", "a folder is needed, or a file by --sheet");
+        decode(*options);
+    });
 
     command = addCommand(*group, "preview", "Show all frames of a sprite side by side, as PNG.",
                          {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite preview --width 16 "
-                          "--height 16 --scale 8 -o coin.png",
+                          "--height 16 --screen --scale 2 -o coin.png",
                           "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
     addSpriteOptions(*command, *options);
     addOutputOption(*command, options->output, "File for the PNG");
     addScaleOption(*command, options->scale);
+    command->add_flag("--screen", options->screen, "Show pixels in their shape on the screen, each 5 x 2");
     command->footer("Transparent pixels show a chequered ground.");
     command->callback([options] { preview(*options); });
 }

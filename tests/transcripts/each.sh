@@ -20,6 +20,7 @@ title.rom|db encode INPUT|-o out/file
 bytes.asm|db decode INPUT|-o out/file
 scale.txt|sound encode INPUT|-o out/file
 title.rom|sound decode INPUT|-o out/file
+title.rom|sound render --tick 1 --rate 8000 INPUT|-o out/file
 sunset.png|image encode INPUT|-o out/file
 title.rom|image decode --width 4 INPUT|-o out/file
 sunset.png|image preview INPUT|-o out/file
