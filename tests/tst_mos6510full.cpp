@@ -15,14 +15,14 @@ QString hexOf(int value, int digits)
     return QString::number(0x10000 | value, 16).right(digits);
 }
 
-/// The complete processor in 64 KiB of zeros. Its state is told in pairs such as "AC=7f 1234=6005": registers
-/// by their ids and memory by its addresses, in hexadecimal digits.
+/// The complete processor in zeros, with two bytes more than it reaches. Its state is told in pairs such as
+/// "AC=7f 1234=6005": registers by their ids and memory by its addresses, in hexadecimal digits.
 struct Machine
 {
     explicit Machine(bool undocumented = true)
     {
         processor.setUndocumented(undocumented);
-        if (!ram.setSize(0x10000) || !processor.init())
+        if (!ram.setSize(0x10002) || !processor.init())
             qFatal("no machine");
         processor.setMainMemory(&ram);
     }
@@ -210,8 +210,8 @@ private Q_SLOTS:
         row("(zero page,X) at the edge", "61f0", "XR=0f 00ff=34 0000=12 1234=5a", "AC=5a cycles=6");
         row("(zero page),Y at the edge", "71ff", "YR=01 00ff=ff 0000=12 1300=5a", "AC=5a cycles=6");
         row("crossing, then none", "bdff12a510", "XR=01", "PC=0205 cycles=8", 2);
-        row("over the top", "ad34", "PC=fffe 0000=12 1234=5a", "AC=5a PC=0001");
-        row("opcode at the top", "ad", "PC=ffff 0000=3412 1234=5a", "AC=5a PC=0002");
+        row("over the top", "ad34", "PC=fffe 0000=12 1234=5a 10000=ff", "AC=5a PC=0001");
+        row("opcode at the top", "ad", "PC=ffff 0000=3412 1234=5a 10000=ffff", "AC=5a PC=0002");
 
         row("branch back", "d0fd", "", "PC=01ff cycles=4");
         row("branch from the edge", "50fb", "PC=02fe", "PC=02fb cycles=4");
@@ -307,19 +307,21 @@ private Q_SLOTS:
         QCOMPARE(machine.now(u"AC=05 PC=0000 PS=24 SP=fd"_s), u"AC=05 PC=0000 PS=24 SP=fd"_s);
 
         Machine jammed;
-        jammed.set(u"0000=42 1234=ea fffa=7856 fffc=3412"_s);
+        jammed.set(u"1234=42ea fffa=7856 fffc=3412"_s);
+        jammed.processor.reset(); // before any step, as hosts do
         QCOMPARE(jammed.step(), 1);
         QCOMPARE(jammed.processor.hardwareIssueMsg(),
                  u"The opcode: 0x42 has stopped the processor until a reset!"_s);
-        QCOMPARE(jammed.valueOf(u"PC"_s), 0);
         QCOMPARE(jammed.step(), 0);
+        QCOMPARE(jammed.valueOf(u"PC"_s), 0x1234);
+        jammed.set(u"fffc=3512 PS=20 SP=00"_s);
         jammed.processor.resetHardwareIssue();
         jammed.processor.execute(QByteArray("\x78")); // SEI, which an IRQ would not see yet
         jammed.processor.setIRQ(true);
         jammed.processor.triggerNMI();
         jammed.processor.reset(); // forgets both
         QCOMPARE(jammed.step(), 1);
-        QCOMPARE(jammed.now(u"PC=1235 PS=24 SP=fd"_s), u"PC=1235 PS=24 SP=fd"_s);
+        QCOMPARE(jammed.now(u"PC=1236 PS=24 SP=fd"_s), u"PC=1236 PS=24 SP=fd"_s);
     }
 
     /// What a host hears of steps, and a row that it runs by itself meanwhile.
@@ -338,8 +340,9 @@ private Q_SLOTS:
         machine.processor.triggerNMI(); // its vector is $0000
         for (int i = 0; i < 3; ++i)
             machine.step();
-        QCOMPARE(heard.join(u' '), u"SP PS PC SP PC=0000 SP=fb PC PS PC AC PS PC"_s);
         QCOMPARE(machine.valueOf(u"PC"_s), 5);
+        machine.processor.reset();
+        QCOMPARE(heard.join(u' '), u"SP PS PC SP PC=0000 SP=fb PC PS PC AC PS PC SP PC"_s);
     }
 };
 
