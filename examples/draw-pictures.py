@@ -82,21 +82,22 @@ def sunset(x, y):
     return ground(x, y)
 
 
-COIN_SIZE = 16
+COIN_WIDTH, COIN_HEIGHT = 16, 40  # round on the TVC's screen, whose pixels are 2.5 times as wide as high
 
 
 def coin(half_width):
     """One view of a turning coin; where there is none, pixels are transparent."""
     def pixel(x, y):
-        across = (x + 0.5 - COIN_SIZE / 2) / half_width
-        distance = math.hypot(across, (y + 0.5 - COIN_SIZE / 2) / 7.5)
+        across = (x + 0.5 - COIN_WIDTH / 2) / half_width
+        down = (y + 0.5 - COIN_HEIGHT / 2) / (COIN_HEIGHT / 2 - 0.5)
+        distance = math.hypot(across, down)
         if distance > 1:
             return (0, 0, 0, 0)
         if half_width < 2 or distance > 0.78:
             return (146, 146, 0, 255)
-        if abs(across) < 0.18 and 4 <= y <= 11:
+        if abs(across) < 0.18 and abs(down) < 0.55:
             return (146, 146, 0, 255)
-        return (255, 255, 255, 255) if -0.62 < across < -0.4 and y < 8 else (255, 255, 0, 255)
+        return (255, 255, 255, 255) if -0.62 < across < -0.4 and down < 0 else (255, 255, 0, 255)
     return pixel
 
 
@@ -187,9 +188,8 @@ def balls(x, y):
     return tuple(min(255, round(value)) for value in total)
 
 
-# The sunset is made for the TVC's screen of 128 x 240 pixels that are 2.5 times as wide as high; the scene above has
-# square ones.
+# The sunset is made for the TVC's screen of 128 x 240 pixels; the scene above has square ones, 256 x 192.
 write_png("sunset.png", 128, 240, lambda x, y: sunset(2 * x, y * 4 // 5))
 write_png("balls.png", *BALLS_SIZE, balls)
 for number, half_width in enumerate((7.5, 5, 1.5, 5)):
-    write_png(f"coin-{number}.png", COIN_SIZE, COIN_SIZE, coin(half_width))
+    write_png(f"coin-{number}.png", COIN_WIDTH, COIN_HEIGHT, coin(half_width))

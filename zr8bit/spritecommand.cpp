@@ -161,7 +161,7 @@ void addSpriteCommand(CLI::App &app)
 
     command = addCommand(
         *group, "decode", "Turn each frame of a sprite into a PNG with transparent pixels.",
-        {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite decode --width 16 --height 16 -o coin",
+        {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite decode --width 16 --height 40 -o coin",
          "zr8bit sprite decode examples/all-modes.bin --width 8 --height 8 --sheet modes.png"});
     addSpriteOptions(*command, *options);
     command->add_option("-o,--output", options->folder, "Folder for frame-000.png, frame-001.png and so on")
@@ -184,7 +184,7 @@ void addSpriteCommand(CLI::App &app)
 
     command = addCommand(*group, "preview", "Show all frames of a sprite side by side, as PNG.",
                          {"zr8bit sprite encode examples/coin-?.png | zr8bit sprite preview --width 16 "
-                          "--height 16 --screen --scale 2 -o coin.png",
+                          "--height 40 --screen --scale 2 -o coin.png",
                           "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
     addSpriteOptions(*command, *options);
     addOutputOption(*command, options->output, "File for the PNG");

@@ -22,8 +22,8 @@ bool isEndless(int opcode, int pc)
     case 0x4C: // JMP
     case 0x6C:
         return true;
-    case 0x00: // BRK
-    case 0x20: // JSR
+    case 0x00:                                 // BRK
+    case 0x20:                                 // JSR
         return pc + 2 < 0x0100 || pc > 0x01FF; // else it may overwrite itself on the stack
     default:
         return (opcode & 0x1F) == 0x10; // a branch; a return goes elsewhere next time

@@ -8,8 +8,9 @@
 
 ROW_SIZE: EQU 64                ; bytes of a row of the screen, 128 pixels
 COIN_ROW: EQU 8                 ; bytes of a row of the coin, 16 pixels
-COIN_ROWS: EQU 16
-COIN_PLANE: EQU COIN_ROW * COIN_ROWS ; a frame has two planes, 256 bytes
+COIN_ROWS: EQU 40
+COIN_PLANE: EQU COIN_ROW * COIN_ROWS
+COIN_FRAME: EQU COIN_PLANE * 2  ; the colours and the mask
 SOUND_END: EQU $F0
 
 ; Where each routine and all data are, for who loads the program without its source.
@@ -27,11 +28,16 @@ showPicture:
 ; Draws a frame of the coin; what is behind its transparent pixels stays.
 ; in: A frame from 0 on, DE place of its first byte on the screen
 drawCoin:
-        ld h,a                  ; frame * 256
-        ld l,0
-        ld bc,COIN
-        add hl,bc               ; the colours
-        push hl
+        ld hl,COIN
+        ld bc,COIN_FRAME
+        or a
+findFrame:
+        jr z,foundFrame
+        add hl,bc
+        dec a
+        jr findFrame
+foundFrame:
+        push hl                 ; the colours
         pop ix
         ld bc,COIN_PLANE
         add ix,bc               ; the mask
