@@ -29,9 +29,9 @@ public:
     /// An instruction at its address.
     struct Instruction
     {
-        int address = 0;
+        int address = 0;  ///< of its first byte
         QByteArray bytes; ///< as many as it is long
-        QString text;
+        QString text;     ///< as assemblers write it
     };
 
     /// For the instructions of a table, as a processor's commandList() gives it behind its init().

@@ -35,8 +35,8 @@ public:
     static constexpr int Height = 240;                ///< rows
     static constexpr int BytesPerRow = 64;            ///< of two pixels each
     static constexpr int Size = BytesPerRow * Height; ///< bytes of a screen
-    static constexpr int PixelWidth = 5; ///< of a pixel's shape, as Width x 5 to Height x 2 is 4:3
-    static constexpr int PixelHeight = 2;
+    static constexpr int PixelWidth = 5;  ///< of a pixel's shape, as Width x 5 to Height x 2 is 4:3
+    static constexpr int PixelHeight = 2; ///< of the same
 
     /// What fit() does where the picture's shape is not that of the result.
     enum Fit

@@ -47,6 +47,7 @@ struct ZR8BitTVCWaveOptions
 class ZR8BITKIT_EXPORT ZR8BitTVCWave
 {
 public:
+    /// What an operation is to know of a sound beside its bytes.
     using Options = ZR8BitTVCWaveOptions;
 
     // Sounds
