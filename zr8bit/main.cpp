@@ -56,6 +56,8 @@ QString problemText(const CLI::App &app, const CLI::ParseError &error)
     QString text = QString::fromStdString(error.what());
     if (error.get_name() == "ArgumentMismatch") // an option without its value, or one that is given twice
         return QStringLiteral("%1: exactly one value is needed").arg(text.section(u':', 0, 0));
+    if (error.get_name() == "ConversionError") // an option that is given a value and takes none
+        return QStringLiteral("%1: no value is allowed").arg(text.section(u' ', 3, 3));
     return text;
 }
 

@@ -177,7 +177,7 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
         const QString &separator = options->separator;
         if (separator.isEmpty() || std::any_of(separator.begin(), separator.end(),
                                                [](QChar character) { return character.isDigit(); }))
-            failOption("--separator", separator, QStringLiteral("a text without digits"));
+            failOption("--separator", separator, QStringLiteral("one or more characters without a digit"));
         convert(*options);
     });
 }
