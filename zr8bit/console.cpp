@@ -8,8 +8,13 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <system_error>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -53,6 +58,15 @@ void printLogMessage(QtMsgType type, const QMessageLogContext &context, const QS
 }
 
 } // namespace
+
+bool isTerminal(std::FILE *stream)
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
+}
 
 void print(const QString &text)
 {

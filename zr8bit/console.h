@@ -2,10 +2,15 @@
 
 #include <QtCore/QString>
 
+#include <cstdio>
+
 // Standard output and standard error, which get UTF-8.
 //
 // When nobody reads standard output any more, as in "zr8bit describe | head -1", the program ends at once and
 // without a message, by the signal that says so; where there is no such signal, it is a failure.
+
+/// Whether a standard stream is a terminal.
+bool isTerminal(std::FILE *stream);
 
 /// Writes text to standard output, as it stands. Throws Failure when it cannot be written.
 void print(const QString &text);

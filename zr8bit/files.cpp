@@ -11,19 +11,15 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QStringDecoder>
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
 
@@ -33,15 +29,6 @@ constexpr qint64 LargestInput = 256 * MiB; // a device may have no end
 bool isStandardStream(const QString &path)
 {
     return path == QLatin1String("-");
-}
-
-bool inputIsTerminal()
-{
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stdin)) != 0;
-#else
-    return isatty(STDIN_FILENO) != 0;
-#endif
 }
 
 [[noreturn]] void failToRead(const QString &path, const QFileDevice &file)
@@ -84,6 +71,17 @@ void writeFile(QFileDevice &file, const QString &path, const Writer &write)
         failToWrite(path, file.errorString());
 }
 
+/// Writes to a device or a pipe. As at standard output, a reader that is gone ends the program.
+void writeDevice(const QString &path, const Writer &write)
+{
+#ifdef SIGPIPE
+    const auto restore =
+        qScopeGuard([handler = std::signal(SIGPIPE, SIG_DFL)] { std::signal(SIGPIPE, handler); });
+#endif
+    QFile device(path);
+    writeFile(device, path, write);
+}
+
 /// What writes all of data, which has to live as long, for the output path.
 Writer writerOf(const QString &path, const QByteArray &data)
 {
@@ -120,7 +118,7 @@ QByteArray readInput(const QString &path)
 {
     QFile file(path);
     if (isStandardStream(path)) {
-        if (inputIsTerminal())
+        if (isTerminal(stdin))
             throw InputIsTerminal();
         if (!file.open(stdin, QIODevice::ReadOnly))
             failToRead(path, file);
@@ -179,8 +177,7 @@ void writeOutput(const QString &path, const Writer &write)
         return;
     }
     if (isDevice(path)) {
-        QFile device(path);
-        writeFile(device, path, write);
+        writeDevice(path, write);
         return;
     }
     const InterruptDelay delay;

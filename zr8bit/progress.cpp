@@ -1,28 +1,11 @@
 #include "progress.h"
 
+#include "console.h"
+
 #include <cstdio>
 
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
-namespace {
-
-bool errorsGoToTerminal()
-{
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
-} // namespace
-
 Progress::Progress()
-    : _isTerminal(errorsGoToTerminal())
+    : _isTerminal(isTerminal(stderr))
 {
     _timer.start();
 }
