@@ -7,8 +7,7 @@
 #include <type_traits>
 
 /// Reports message as the last error of *this, with the line of the macro and the signature of the function
-/// that it stands in. The source file is expected under the name `sourceFile`, as a string literal's
-/// characters.
+/// that it stands in. The name of the source file has to be in a constant `sourceFile`.
 #define ZR_SET_LAST_ERROR(message) ZR_SET_LAST_ERROR_OF(Q_FUNC_INFO, message)
 
 /// The same in a step of an operation, which reports with the operation's signature.
