@@ -7,6 +7,7 @@
 #include <zr8bitlib/zr8bittvc.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 using ZR::ZR8BitTVC;
@@ -19,7 +20,7 @@ struct EncodeOptions
     bool hex = false;
     bool padded = false;
     std::optional<int> perLine;
-    QString newline = QStringLiteral("lf");
+    QString lineEnd = QStringLiteral("\n");
     QString label;
 };
 
@@ -34,10 +35,9 @@ void encode(const EncodeOptions &options)
         listing = data.isEmpty() ? head : head + u'\r' + listing;
     }
     // The library only separates lines; other programs want every line to have its end.
-    if (options.newline != QLatin1String("cr") && !listing.isEmpty()) {
+    if (options.lineEnd != QLatin1String("\r") && !listing.isEmpty()) {
         listing += u'\r';
-        listing.replace(u'\r', options.newline == QLatin1String("lf") ? QStringLiteral("\n")
-                                                                      : QStringLiteral("\r\n"));
+        listing.replace(QLatin1String("\r"), options.lineEnd);
     }
     writeOutput(options.files.output, listing.toLatin1());
 }
@@ -130,19 +130,19 @@ void addEncodeCommand(CLI::App &group)
                       "Write values with zeros in front, as 010 or $0A; some assemblers take 010 for octal");
     addNumberOption(*command, "--per-line", "N", {}, options->perLine,
                     "Values on a line, 16 by default; 0 puts all on a single line");
-    command
-        ->add_option("--newline", options->newline,
-                     "End of a line: lf, crlf, or cr, which stands only between lines; lf by default")
-        ->type_name("END");
+    addWordOption(
+        *command, "--newline", {QStringLiteral("lf"), QStringLiteral("cr"), QStringLiteral("crlf")},
+        [options](size_t index) {
+            options->lineEnd =
+                std::array{QStringLiteral("\n"), QStringLiteral("\r"), QStringLiteral("\r\n")}.at(index);
+        },
+        "End of a line; cr stands only between lines; lf by default");
     CLI::Option *label = command->add_option(
         "--label", options->label, "Label in front of the listing, and LABEL_SIZE for the number of bytes");
     label->type_name("LABEL");
     command->callback([options, label] {
         if (label->count() > 0)
             checkLabel(options->label);
-        if (!QStringList{QStringLiteral("lf"), QStringLiteral("cr"), QStringLiteral("crlf")}.contains(
-                options->newline))
-            failOption("--newline", options->newline, QStringLiteral("lf, cr or crlf"));
         encode(*options);
     });
 }

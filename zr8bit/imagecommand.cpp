@@ -6,7 +6,7 @@
 #include <zr8bitkit/zr8bittvcscreen.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 
-#include <initializer_list>
+#include <array>
 #include <memory>
 
 using Screen = ZR::ZR8BitTVCScreen;
@@ -60,30 +60,6 @@ void preview(const Options &options)
     writeOutput(options.output, toPng(enlarge(picture, options.scale.value_or(1))));
 }
 
-template <typename Choice>
-struct Word
-{
-    const char16_t *text;
-    Choice choice;
-};
-
-/// Adds an option that takes one of a few words.
-template <typename Choice>
-void addChoiceOption(CLI::App &command, const std::string &name, std::initializer_list<Word<Choice>> choices,
-                     std::optional<Choice> &target, const std::string &description)
-{
-    QStringList texts;
-    for (const Word<Choice> &word : choices)
-        texts += QString::fromUtf16(word.text);
-    const auto store = [name, texts, words = std::vector(choices), &target](const QString &value) {
-        const qsizetype index = texts.indexOf(value);
-        if (index < 0)
-            failOption(name, value, texts.join(QStringLiteral(" or ")));
-        target = words[static_cast<size_t>(index)].choice;
-    };
-    command.add_option_function<QString>(name, store, description)->type_name(texts.join(u'|').toStdString());
-}
-
 /// Adds what encode and preview make of a picture that is no picture of the TVC yet.
 void addPrepareOptions(CLI::App &command, Options &options)
 {
@@ -91,16 +67,22 @@ void addPrepareOptions(CLI::App &command, Options &options)
     addSizeOption(command, "--size", LongestFittedSide, options.size,
                   "Scale the picture to a size in pixels of the TVC, which are 2.5 times as wide as high");
     command.add_flag("--screen", options.screen, "Scale it to the screen, as --size 128x240");
-    addChoiceOption<Screen::Fit>(
-        command, "--fit",
-        {{u"contain", Screen::Contain}, {u"cover", Screen::Cover}, {u"stretch", Screen::Stretch}},
-        options.fit,
+    addWordOption(
+        command, "--fit", {QStringLiteral("contain"), QStringLiteral("cover"), QStringLiteral("stretch")},
+        [&options](size_t index) {
+            constexpr std::array Fits = {Screen::Contain, Screen::Cover, Screen::Stretch};
+            options.fit = Fits.at(index);
+        },
         "Where the shapes differ, show all with bars, fill and cut, or fill with all; contain by default");
     addColorOption(command, "--background", options.background, "Colour of the bars; black by default");
-    addChoiceOption<Screen::Dither>(
+    addWordOption(
         command, "--dither",
-        {{u"none", Screen::None}, {u"bayer", Screen::Bayer}, {u"floyd-steinberg", Screen::FloydSteinberg}},
-        options.dither, "Mix colours that the TVC has not, in a pattern or most finely; none by default");
+        {QStringLiteral("none"), QStringLiteral("bayer"), QStringLiteral("floyd-steinberg")},
+        [&options](size_t index) {
+            constexpr std::array Dithers = {Screen::None, Screen::Bayer, Screen::FloydSteinberg};
+            options.dither = Dithers.at(index);
+        },
+        "Mix colours that the TVC has not, in a pattern or most finely; none by default");
 }
 
 /// Checks those options as a whole and turns --screen into a size.

@@ -65,18 +65,27 @@ CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longe
     return command.add_option_function<QString>(name, store, description)->type_name("WxH");
 }
 
+void addWordOption(CLI::App &command, const std::string &name, const QStringList &words,
+                   const std::function<void(size_t)> &choose, const std::string &description)
+{
+    const auto store = [name, words, choose](const QString &value) {
+        const qsizetype index = words.indexOf(value);
+        if (index < 0)
+            failOption(name, value,
+                       words.first(words.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" or ") +
+                           words.last());
+        choose(static_cast<size_t>(index));
+    };
+    command.add_option_function<QString>(name, store, description)->type_name(words.join(u'|').toStdString());
+}
+
 void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText)
 {
-    const auto store = [&target](const QString &value) {
-        if (value != QLatin1String("documented") && value != QLatin1String("all"))
-            failOption("--instructions", value, QStringLiteral("documented or all"));
-        target = value;
-    };
-    command
-        .add_option_function<QString>("--instructions", store,
-                                      "Instructions of the complete processor, documented or all; " +
-                                          defaultText)
-        ->type_name("WHICH");
+    const QStringList words{QStringLiteral("documented"), QStringLiteral("all")};
+    addWordOption(
+        command, "--instructions", words,
+        [words, &target](size_t index) { target = words.at(static_cast<qsizetype>(index)); },
+        "Instructions of the complete processor; " + defaultText);
 }
 
 void addInputArgument(CLI::App &command, QString &target, const std::string &description)

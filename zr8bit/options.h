@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
@@ -38,6 +39,11 @@ CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const s
 /// other value is a wrong command line.
 CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longestSide,
                            std::optional<QSize> &target, const std::string &description);
+
+/// Adds an option that takes one of two or more words, and calls choose with its index. Any other value is a
+/// wrong command line.
+void addWordOption(CLI::App &command, const std::string &name, const QStringList &words,
+                   const std::function<void(size_t)> &choose, const std::string &description);
 
 /// Adds the option --instructions, which takes the words documented and all.
 void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText);
