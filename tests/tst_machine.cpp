@@ -62,7 +62,8 @@ private Q_SLOTS:
         QVERIFY(!machine.load(&_config, {u"A"_s, u"Q"_s, {}}));
         QCOMPARE(machine.lastErrorStr(), u"Instructions are 'documented' or 'all', not 'some'!"_s);
         QVERIFY(!machine.memory() && !machine.processor() && machine.computer().rams().size() == 2);
-        QVERIFY(!machine.setRegister(u"PC"_s, 0) && !machine.loadBytes("1", 0));
+        QVERIFY(!machine.setRegister(u"PC"_s, 0) && machine.lastErrorStr() == "No machine is loaded!"_L1);
+        QVERIFY(!machine.loadBytes("1", 0));
         QCOMPARE(machine.run(), ZR8BitMachine::RunEnd::Stopped);
 
         // The caller's word outweighs the key.

@@ -79,8 +79,10 @@ bool ZR8BitMachine::loadFile(const QString &filePath, int address)
 
 bool ZR8BitMachine::loadBytes(const QByteArray &bytes, int address)
 {
-    const int size = _memory ? _memory->size() : 0;
-    if (!_memory || address < 0 || bytes.size() > size - address)
+    if (!_isLoaded())
+        return false;
+    const int size = _memory->size();
+    if (address < 0 || bytes.size() > size - address)
         return ZR_FAIL(
             QStringLiteral("%1 bytes do not fit at %2 into a memory of %3 bytes!")
                 .arg(QString::number(bytes.size()), ZRNumbers::addressText(address), QString::number(size)));
@@ -89,7 +91,9 @@ bool ZR8BitMachine::loadBytes(const QByteArray &bytes, int address)
 
 ZR8BitRegister *ZR8BitMachine::findRegister(const QString &id)
 {
-    const auto registers = _processor ? _processor->registers() : QMap<QString, ZR8BitRegister *>();
+    if (!_isLoaded())
+        return nullptr;
+    const auto registers = _processor->registers();
     ZR8BitRegister *reg = registers.value(id, nullptr);
     if (!reg) {
         const QStringList ids = registers.keys();
@@ -114,7 +118,7 @@ bool ZR8BitMachine::setRegister(const QString &id, int value)
 
 ZR8BitMachine::RunEnd ZR8BitMachine::run(qint64 limit, int until)
 {
-    if (!_processor)
+    if (!_isLoaded())
         return RunEnd::Stopped;
     const auto address = [this] { return static_cast<unsigned short>(_pc->value()); };
     int pc = address();
@@ -157,6 +161,11 @@ ZR8BitProcBase *ZR8BitMachine::processor()
 ZR8BitProcMOS6510Full *ZR8BitMachine::completeProcessor()
 {
     return _complete.get();
+}
+
+bool ZR8BitMachine::_isLoaded()
+{
+    return _processor || ZR_FAIL(QStringLiteral("No machine is loaded!"));
 }
 
 /// Takes over the failure of a part, which has told the logger of it.

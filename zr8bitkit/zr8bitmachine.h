@@ -103,6 +103,7 @@ public:
     ZR8BitProcMOS6510Full *completeProcessor();
 
 private:
+    bool _isLoaded();
     bool _fail(ZRObject &part);
     bool _choose(ZRConfigIface *config, const Choice &choice);
     bool _findName(QString &name, const QStringList &names, const QString &kind);
