@@ -208,7 +208,7 @@ void addRenderCommand(CLI::App &group)
         const auto count = [&format](QChar letter) { return format.count(letter, Qt::CaseInsensitive); };
         checkFormat(format, count(u'v') <= 1 && count(u'p') == 1 && count(u'd') <= 1,
                     QStringLiteral("the letter p, with v and d or without, each once"));
-        if (options->plot == QLatin1String("-") && options->files.output == options->plot)
+        if (options->plot == options->files.output)
             failOption("--plot", options->plot, QStringLiteral("another file than the WAVE"));
         render(*options);
     });
