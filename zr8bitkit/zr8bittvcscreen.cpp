@@ -282,9 +282,9 @@ using Light = Components<int>;
 /// The number of the colour that is closest to a light. Subtracts that colour, so that its error remains,
 /// which the next light is increased by: both errors and lights are between -1 and 2 times FullLight then.
 ///
-/// A component that is on at a level, not off, brings the square of the distance down by level times what its
-/// light is above the middle between both, doubled. It is on where that is above 0, and bright colours are
-/// the closer ones where they bring it down by more. There is no branch, since nothing could be predicted.
+/// A component that is on at a level makes the square of the distance smaller by level * (2 * light - level)
+/// than one that is off. So a component is on where that is above 0, and the colour is a bright one where the
+/// three gain more at the bright level. There is no branch, since none could be predicted.
 unsigned takeClosest(Light &light)
 {
     const auto gain = [&light](int level) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 
 namespace ZR {
 
@@ -53,7 +54,7 @@ void copyPixels(const QImage &from, const QRect &part, QImage &to, const QPoint 
     }
 }
 
-/// Makes the pixels of a picture transparent that the mask of its frame says.
+/// Makes those pixels of a picture transparent that are so in the mask of its frame.
 void applyMask(QImage &picture, const QByteArray &frame)
 {
     const qint64 plane = frame.size() / 2;
@@ -94,7 +95,7 @@ void dropFilling(const QString &count, int columns, QList<QImage> &frames)
 
 bool ZR8BitTVCSheet::framesOfSprite(const QByteArray &sprite, const QSize &size, QList<QImage> &frames,
                                     QString &error)
-{
+try {
     if (!checkFrameSize(size, error))
         return false;
     const qint64 rowSize = (qint64(size.width()) + 1) / 2;
@@ -114,6 +115,8 @@ bool ZR8BitTVCSheet::framesOfSprite(const QByteArray &sprite, const QSize &size,
         return fail(error, QStringLiteral("There is no frame in the sprite."));
     frames = found;
     return true;
+} catch (const std::bad_alloc &) {
+    return failForMemory(error);
 }
 
 bool ZR8BitTVCSheet::cut(const QImage &sheet, const QSize &size, QList<QImage> &frames, QString &error)

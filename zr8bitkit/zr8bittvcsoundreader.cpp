@@ -32,14 +32,15 @@ bool TVCSoundReader::open(const QByteArray &sound, const ZR8BitTVCWaveOptions &o
         return false;
     _bytes = sound;
     _rate = options.rate;
-    if (!_bytes.isEmpty() && _bytes.back() == EndByte) {
+    qsizetype size = _bytes.size(); // without the end byte
+    if (size > 0 && _bytes.back() == EndByte) {
         // The low byte of a pitch is the only one that is no field's first.
-        const auto place = static_cast<int>((_bytes.size() - 1) % _recordSize);
+        const auto place = static_cast<int>((size - 1) % _recordSize);
         if (place != _pitch.offset + 1)
-            _bytes.chop(1);
+            --size;
     }
-    _count = _bytes.size() / _recordSize;
-    if (_bytes.size() % _recordSize != 0) {
+    _count = size / _recordSize;
+    if (size % _recordSize != 0) {
         error = QStringLiteral("The sound ends inside record %1: a record of the format '%2' has %3 bytes.")
                     .arg(QString::number(_count + 1), options.format, QString::number(_recordSize));
         return false;
