@@ -201,8 +201,9 @@ void load(ZR8BitMachine &machine, const Options &options)
         machine.setRegister(QStringLiteral("PC"), *options.start);
     for (const MemoryPart &part : options.dumps + options.saves) {
         if (part.length > machine.memory()->size() - part.address)
-            throw Failure(QStringLiteral("%1:%2 goes beyond a memory of %3 bytes!")
-                              .arg(ZRNumbers::addressText(part.address), QString::number(part.length),
+            throw Failure(QStringLiteral("%1: %2:%3 goes beyond a memory of %4 bytes!")
+                              .arg(part.file.isEmpty() ? QStringLiteral("--dump") : QStringLiteral("--save"),
+                                   ZRNumbers::addressText(part.address), QString::number(part.length),
                                    QString::number(machine.memory()->size())));
     }
 }

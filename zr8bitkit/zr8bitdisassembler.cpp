@@ -48,6 +48,7 @@ ZR8BitDisassembler::~ZR8BitDisassembler() = default;
 
 ZR8BitDisassembler::Instruction ZR8BitDisassembler::instruction(const QByteArray &bytes, int address) const
 {
+    address &= AddressMask;
     if (bytes.isEmpty())
         return {address, QByteArray(), QString()};
     const int opcode = byteOf(bytes[0]);
@@ -67,7 +68,7 @@ ZR8BitDisassembler::Instruction ZR8BitDisassembler::instruction(ZR8BitROM &memor
         bytes += place < memory.size() ? memory.byteValue(place) : '\0';
         length = qMax(length, _patterns[static_cast<unsigned char>(bytes[0])].length);
     }
-    return instruction(bytes, address & AddressMask);
+    return instruction(bytes, address);
 }
 
 QString ZR8BitDisassembler::listingLine(const Instruction &instruction)
