@@ -118,10 +118,12 @@ void TVCSoundReader::warnOfRange() const
         }
     }
     if (found > 0)
-        qWarning().noquote() << QStringLiteral("Values of the sound out of range, which play as the largest "
-                                               "one: %1, the first in record %2")
-                                    .arg(found)
-                                    .arg(first + 1);
+        QMessageLogger(nullptr, 0, nullptr).warning().noquote() // the place in the code is of no use here
+            << QStringLiteral(
+                   "Values of the sound out of range, which play as the largest one: %1, the first in "
+                   "record %2")
+                   .arg(found)
+                   .arg(first + 1);
 }
 
 } // namespace ZR
