@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITCOMPUTER_H
+#define ZR8BITCOMPUTER_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 #include <zr8bitlib/zr8bitprocessoriface.h>
@@ -78,3 +79,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

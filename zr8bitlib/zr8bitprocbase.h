@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITPROCBASE_H
+#define ZR8BITPROCBASE_H
 
 #include <zr8bitlib/zr8bitproccommand.h>
 #include <zr8bitlib/zr8bitprocessoriface.h>
@@ -55,3 +56,5 @@ protected:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITPROCCOMMAND_H
+#define ZR8BITPROCCOMMAND_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 #include <zrbaselib/zrobject.h>
@@ -89,3 +90,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

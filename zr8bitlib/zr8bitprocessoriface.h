@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITPROCESSORIFACE_H
+#define ZR8BITPROCESSORIFACE_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 
@@ -76,3 +77,5 @@ public:
 };
 
 Q_DECLARE_INTERFACE(ZR8BitProcessorIface, "ZR8BitProcessorIface")
+
+#endif

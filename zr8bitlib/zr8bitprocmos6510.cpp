@@ -15,7 +15,8 @@ constexpr char sourceFile[] = "zr8bitlib/zr8bitprocmos6510";
 constexpr int AddressMask = 0xFFFF;
 constexpr int ZeropageMask = 0xFF;
 
-enum Opcode : unsigned char
+// Without an underlying type: Qt's lupdate would lose the class that the texts below belong to.
+enum Opcode
 {
     AdcImmediate = 0x69,
     AdcZeropage = 0x65,

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITPROCMOS6510_H
+#define ZR8BITPROCMOS6510_H
 
 #include <zr8bitlib/zr8bitprocbase.h>
 #include <zr8bitlib/zr8bitregister.h>
@@ -80,3 +81,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITRAM_H
+#define ZR8BITRAM_H
 
 #include <zr8bitlib/zr8bitrom.h>
 
@@ -47,3 +48,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

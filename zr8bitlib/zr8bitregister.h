@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITREGISTER_H
+#define ZR8BITREGISTER_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 #include <zrbaselib/zrobject.h>
@@ -100,3 +101,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

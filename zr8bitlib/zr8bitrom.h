@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITROM_H
+#define ZR8BITROM_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 #include <zrbaselib/zrobject.h>
@@ -30,7 +31,8 @@ public:
     /// A block of the given bytes.
     ZR8BitROM(const QByteArray &content, const QString &name, QObject *parent);
     /// A block of a file's bytes, as long as the file. When the file cannot be read, isThereError() is true
-    /// and the block is empty.
+    /// and the block is empty. A file that does not tell its length, such as a pipe, a device or one of
+    /// /proc, counts as one of no bytes: the block then is empty, with an error if the file has any.
     ZR8BitROM(const QString &filePath, const QString &name, QObject *parent);
     ~ZR8BitROM() override;
 
@@ -77,3 +79,5 @@ protected:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITTVC_H
+#define ZR8BITTVC_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 #include <zrbaselib/zrobject.h>
@@ -66,3 +67,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

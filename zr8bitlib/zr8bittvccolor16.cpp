@@ -1,3 +1,5 @@
+#include "../zrbaselib/zrimageformat_p.h"
+#include "../zrbaselib/zrimagesearch_p.h"
 #include "zr8bittvccolor16_p.h"
 
 #include <zr8bitlib/zr8bittvccolor16.h>
@@ -101,14 +103,6 @@ unsigned char closestCode(QRgb pixel)
     return static_cast<unsigned char>(std::min(dark, bright));
 }
 
-/// The list for a search among any colours. It stays for good, so that also the global objects of a program
-/// may convert, to their end.
-const QList<ZRColor> &searchList()
-{
-    static const auto *list = new QList<ZRColor>(TVC16ColorList.begin(), TVC16ColorList.end());
-    return *list;
-}
-
 /// Calls write(first, second) for each pair of columns of an image of 32 bits, from the top left. Beyond an
 /// odd width the second is NoPixel.
 template <typename WritePair>
@@ -125,15 +119,9 @@ void forEachPair(const QImage &image, WritePair write)
     }
 }
 
-// Widths go up to the largest int, where width + 1 is no int any more.
-qsizetype bytesPerRow(int width)
-{
-    return width / 2 + width % 2;
-}
-
 qsizetype planeSize(const QImage &image)
 {
-    return bytesPerRow(image.width()) * image.height();
+    return qsizetype(TVC16BytesPerRow(image.width())) * image.height();
 }
 
 /// A picture of a given height, of which the stream may lack bytes.
@@ -164,7 +152,7 @@ QImage readPicture(QByteArray stream, int width, qsizetype height)
 
 QImage toRGB32(const QImage &image)
 {
-    return image.convertToFormat(QImage::Format_RGB32, Qt::ThresholdDither);
+    return toFormat(image, QImage::Format_RGB32, Qt::ThresholdDither);
 }
 
 /// An image whose pixels are 32-bit words of red, green and blue. Their top eight bits do not count.
@@ -243,7 +231,8 @@ QColor ZR8BitTVCColor16::closestColor(const QColor &color)
     const QColor opaque(color.rgb());
     if (opaque == color && std::count(TVC16ColorList.begin(), TVC16ColorList.end(), opaque.rgb()) > 0)
         return opaque;
-    return ZRImageExt::closestColor(color, searchList(), nullptr).color();
+    return QColor(*closestOf(opaque.rgb(), TVC16ColorList.begin(), TVC16ColorList.end(),
+                             [](QRgb candidate) { return candidate; }));
 }
 
 ZRTVC16Pixel ZR8BitTVCColor16::TVC16PixelFromTVC16Colors(const ZRTVC16Colors &color1,
@@ -267,7 +256,7 @@ QImage ZR8BitTVCColor16::QImageFromTVC16Bin(const QByteArray &stream, const int 
 {
     if (width < 1)
         return QImage();
-    const qsizetype rowSize = bytesPerRow(width);
+    const qsizetype rowSize = TVC16BytesPerRow(width);
     return readPicture(stream, width, stream.size() / rowSize + (stream.size() % rowSize != 0));
 }
 
@@ -317,7 +306,7 @@ QImage ZR8BitTVCColor16::QImageFromTVC16SpriteFrame(const QByteArray &frame, con
 {
     if (width < 1)
         return QImage();
-    const qsizetype rowSize = bytesPerRow(width);
+    const qsizetype rowSize = TVC16BytesPerRow(width);
     const qsizetype size = frame.size() / 2;
     QByteArray picture = frame.first(size);
     std::transform(picture.cbegin(), picture.cend(), frame.cbegin() + size, picture.begin(),
@@ -340,7 +329,7 @@ QList<QImage> ZR8BitTVCColor16::QImagesFromTVC16Sprite(const QByteArray &stream,
     if (width < 1 || height < 1)
         return images;
     // Two int factors fit into 64 bits.
-    const qint64 frameSize = std::min<qint64>(2 * qint64(bytesPerRow(width)) * height, stream.size());
+    const qint64 frameSize = std::min<qint64>(2 * qint64(TVC16BytesPerRow(width)) * height, stream.size());
     for (qint64 offset = 0; offset < stream.size(); offset += frameSize)
         images += QImageFromTVC16SpriteFrame(
             stream.mid(static_cast<qsizetype>(offset), static_cast<qsizetype>(frameSize)), width);

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITTVCCOLOR16_H
+#define ZR8BITTVCCOLOR16_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 
@@ -188,3 +189,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,6 +1,7 @@
 #pragma once
 
-// The colours of the TVC's 16-colour mode and the lists of them. Private to the library.
+// The colours of the TVC's 16-colour mode, the lists of them, and the rows of its pictures. Private to the
+// library.
 
 #include <QtGui/QRgb>
 
@@ -11,6 +12,12 @@ namespace ZR {
 /// A component that is on, without intensity and with it.
 constexpr int TVC16DarkLevel = 146;
 constexpr int TVC16BrightLevel = 255;
+
+/// Bytes of a row of two-pixel bytes. Widths go up to the largest int, where width + 1 is no int any more.
+constexpr int TVC16BytesPerRow(int width)
+{
+    return width / 2 + width % 2;
+}
 
 /// The eight mixes of one level: bit 2 of the index is green, bit 1 red, bit 0 blue.
 constexpr std::array<QRgb, 8> TVC16Mixes(int level)

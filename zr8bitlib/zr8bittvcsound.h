@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZR8BITTVCSOUND_H
+#define ZR8BITTVCSOUND_H
 
 #include <zr8bitlib/zr8bitlib_export.h>
 
@@ -52,3 +53,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

@@ -4,8 +4,9 @@ namespace ZR {
 
 namespace {
 
-/// Bit numbers in the register.
-enum Bit : char
+/// Bit numbers in the register. Without an underlying type: Qt's lupdate would lose the class that the texts
+/// below belong to.
+enum Bit
 {
     BitC,
     BitZ,

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRMOS6510PSREGISTER_H
+#define ZRMOS6510PSREGISTER_H
 
 #include <zr8bitlib/zr8bitregister.h>
 
@@ -47,3 +48,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRCOLOR_H
+#define ZRCOLOR_H
 
 #include <zrbaselib/zrbaselib_export.h>
 
@@ -27,3 +28,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

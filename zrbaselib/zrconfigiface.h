@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRCONFIGIFACE_H
+#define ZRCONFIGIFACE_H
 
 #include <zrbaselib/zrbaselib_export.h>
 
@@ -39,3 +40,5 @@ public:
     /// The setting as a whole number, or defaultValue when it is absent or no number.
     virtual int intValue(const QString &key, int defaultValue) = 0;
 };
+
+#endif

@@ -1,6 +1,7 @@
-#include <zrbaselib/zrimageext.h>
+#include "zrimageformat_p.h"
+#include "zrimagesearch_p.h"
 
-#include <limits>
+#include <zrbaselib/zrimageext.h>
 
 namespace ZR {
 
@@ -9,26 +10,11 @@ namespace {
 /// The least alpha of a pixel that counts as opaque.
 constexpr int OpaqueAlpha = 128;
 
-int squaredDistance(QRgb a, QRgb b)
-{
-    const int red = qRed(a) - qRed(b);
-    const int green = qGreen(a) - qGreen(b);
-    const int blue = qBlue(a) - qBlue(b);
-    return red * red + green * green + blue * blue;
-}
-
 ZRColor search(QRgb rgb, const QList<ZRColor> &colors)
 {
-    const ZRColor *closest = nullptr;
-    int leastDistance = std::numeric_limits<int>::max();
-    for (const ZRColor &candidate : colors) {
-        const int distance = squaredDistance(rgb, candidate.color().rgb());
-        if (distance < leastDistance) {
-            leastDistance = distance;
-            closest = &candidate;
-        }
-    }
-    return closest ? *closest : ZRColor();
+    const auto closest = closestOf(rgb, colors.cbegin(), colors.cend(),
+                                   [](const ZRColor &color) { return color.color().rgb(); });
+    return closest != colors.cend() ? *closest : ZRColor();
 }
 
 } // namespace
@@ -47,7 +33,7 @@ ZRColor ZRImageExt::closestColor(const ZRColor &color, const QList<ZRColor> &col
 
 QImage ZRImageExt::disableTransparency(const QImage &image, QColor color)
 {
-    QImage result = image.convertToFormat(QImage::Format_ARGB32);
+    QImage result = toFormat(image, QImage::Format_ARGB32);
     result.detach(); // becomes null when there is not enough memory
     const QRgb replacement = color.rgb();
     for (int y = 0; y < result.height(); ++y) {

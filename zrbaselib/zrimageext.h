@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRIMAGEEXT_H
+#define ZRIMAGEEXT_H
 
 #include <zrbaselib/zrbaselib_export.h>
 #include <zrbaselib/zrcolor.h>
@@ -31,3 +32,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

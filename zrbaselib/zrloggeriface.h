@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRLOGGERIFACE_H
+#define ZRLOGGERIFACE_H
 
 #include <zrbaselib/zrbaselib_export.h>
 
@@ -21,3 +22,5 @@ public:
     virtual bool write(const QString &message, QtMsgType type, const QString &file, int line,
                        const QString &function);
 };
+
+#endif

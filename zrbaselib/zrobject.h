@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZROBJECT_H
+#define ZROBJECT_H
 
 #include <zrbaselib/zrobjectiface.h>
 
@@ -55,3 +56,5 @@ private:
 };
 
 } // namespace ZR
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZROBJECTIFACE_H
+#define ZROBJECTIFACE_H
 
 #include <zrbaselib/zrbaselib_export.h>
 
@@ -39,3 +40,5 @@ public:
     /// Sets the long text alone.
     virtual void setDesc(const QString &text) = 0;
 };
+
+#endif

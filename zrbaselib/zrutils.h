@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRUTILS_H
+#define ZRUTILS_H
 
 #include <zrbaselib/zrbaselib_export.h>
 
@@ -20,3 +21,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif
