@@ -92,18 +92,28 @@ void plainSearch(benchmark::State &state, const QImage &image)
 void floydSteinberg(benchmark::State &state, const QImage &image)
 {
     convertImage(state, image,
-                 [](const QImage &source) { return Screen::dither(source, Screen::FloydSteinberg); });
+                 [](const QImage &source) { return Screen::dither(source, Screen::Dither::FloydSteinberg); });
 }
 
 void bayer(benchmark::State &state, const QImage &image)
 {
-    convertImage(state, image, [](const QImage &source) { return Screen::dither(source, Screen::Bayer); });
+    convertImage(state, image,
+                 [](const QImage &source) { return Screen::dither(source, Screen::Dither::Bayer8); });
 }
 
 void fit(benchmark::State &state, const QImage &image, Screen::Fit fit)
 {
     convertImage(state, image, [fit](const QImage &source) {
         return Screen::fit(source, QSize(Screen::Width, Screen::Height), fit);
+    });
+}
+
+/// To be held against fit.
+void adjustAndFit(benchmark::State &state, const QImage &image)
+{
+    convertImage(state, image, [](const QImage &source) {
+        const QImage adjusted = Screen::adjust(source, {120, 110, 150});
+        return Screen::fit(adjusted, QSize(Screen::Width, Screen::Height));
     });
 }
 
@@ -114,9 +124,13 @@ void fit(benchmark::State &state, const QImage &image, Screen::Fit fit)
 MEASURE(plainSearch);
 MEASURE(floydSteinberg);
 MEASURE(bayer);
-BENCHMARK_CAPTURE(fit, contain, photoImage(), Screen::Contain)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(fit, cover, photoImage(), Screen::Cover)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(fit, other format, photoImage().convertToFormat(QImage::Format_RGB888), Screen::Stretch)
+BENCHMARK_CAPTURE(fit, contain, photoImage(), Screen::Fit::Contain)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(adjustAndFit, contain, photoImage())->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(fit, alpha, photoImage().convertToFormat(QImage::Format_ARGB32), Screen::Fit::Contain)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(fit, cover, photoImage(), Screen::Fit::Cover)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(fit, other format, photoImage().convertToFormat(QImage::Format_RGB888),
+                  Screen::Fit::Stretch)
     ->Unit(benchmark::kMillisecond);
 
 } // namespace

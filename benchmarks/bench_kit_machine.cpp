@@ -1,7 +1,11 @@
 // Instructions a second of the complete processor beside that of the base, in one run.
 
+#include <zr8bitkit/zr8bitaddressspace.h>
 #include <zr8bitkit/zr8bitprocmos6510full.h>
+#include <zr8bitkit/zr8bitprocz80.h>
 #include <zr8bitlib/zr8bitram.h>
+
+#include <QtCore/QFile>
 
 #include <benchmark/benchmark.h>
 
@@ -42,26 +46,115 @@ BENCHMARK_CAPTURE(runInstruction, zeropage_complete, Complete, "\x65\x10");
 BENCHMARK_CAPTURE(runInstruction, branch_complete, Complete, "\xD0\x00");
 BENCHMARK_CAPTURE(runInstruction, increment_complete, Complete, "\xE6\x10");
 
-/// Steps through a sieve of the numbers below 256, again and again.
-void runProgram(benchmark::State &state)
+/// Bytes that the processor reaches by a plain array.
+class PlainBus : public ZR8BitBus
 {
-    // start: LDX #2; next: LDA $0300,X; BNE skip; STX $10; TXA; mark: CLC; ADC $10; BCS skip; TAY; STA
-    // $0300,Y; BCC mark; skip: INX; BNE next; TXA; clear: STA $0300,X; INX; BNE clear; BEQ start
-    const QByteArray program =
-        QByteArray::fromHex("a202bd0003d00e86108a186510b006a899000390f5e8d0ea8a9d0003e8d0faf0df");
+public:
+    quint8 read(quint16 address) override { return static_cast<quint8>(bytes[address]); }
+    void write(quint16 address, quint8 value) override { bytes[address] = static_cast<char>(value); }
+
+    QByteArray bytes;
+};
+
+/// One of the published test programs.
+QByteArray testProgram(const char *name)
+{
+    QFile file(qEnvironmentVariable("ZR_TEST_PROGRAMS") + QLatin1Char('/') + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+enum Memory
+{
+    Block,
+    Bus,
+    Space
+};
+
+/// Steps through the functional test of the 6510, a program of 64 KiB that begins at $0400 and ends in a jump
+/// to itself, in a block, over a bus or in an address space of blocks; with somebody connected to each row,
+/// or with nobody who has asked for the rows.
+void runProgram(benchmark::State &state, Memory memory, bool rowsWatched)
+{
+    constexpr int StepsAtOnce = 1'000'000;
+    const QByteArray program = testProgram("6502_functional_test.bin");
+    if (program.isEmpty()) {
+        state.SkipWithError("the folder ZR_TEST_PROGRAMS has no 6502_functional_test.bin");
+        return;
+    }
     ZR8BitRAM ram;
-    ram.setSize(0x10000);
-    ram.setValue(program, 0x0200);
+    PlainBus bus;
+    ZR8BitAddressSpace space;
     ZR8BitProcMOS6510Full processor;
     processor.init();
     processor.setMainMemory(&ram);
-    processor.registers().value(QStringLiteral("PC"))->setValue(0x0200);
-    ZR8BitProcessorIface &stepped = processor;
-    for (auto _ : state) {
-        if (stepped.step() < 0)
-            state.SkipWithError("hardware issue");
+    if (memory == Bus)
+        processor.setBus(&bus);
+    if (memory == Space)
+        processor.setBus(&space);
+    quint64 rows = 0;
+    if (rowsWatched) {
+        for (ZR8BitProcCommand *row : processor.commandList())
+            QObject::connect(row, &ZR8BitProcCommand::execute, &processor, [&rows] { ++rows; });
     }
+    const auto start = [&] {
+        ram.setContent(program);
+        bus.bytes = program;
+        processor.setProgramCounter(0x0400);
+    };
+    start();
+    if (!space.mapMemory(0, &ram))
+        state.SkipWithError("no address space");
+    ZR8BitProcessorIface &stepped = processor;
+    while (state.KeepRunningBatch(StepsAtOnce)) {
+        if (processor.isWaiting())
+            start();
+        for (int i = 0; i < StepsAtOnce; ++i)
+            stepped.step();
+    }
+    if (processor.hardwareIssue() || rows > processor.cycles())
+        state.SkipWithError("hardware issue");
 }
-BENCHMARK(runProgram);
+BENCHMARK_CAPTURE(runProgram, block_unwatched, Block, false);
+BENCHMARK_CAPTURE(runProgram, bus_unwatched, Bus, false);
+BENCHMARK_CAPTURE(runProgram, block_watched, Block, true);
+BENCHMARK_CAPTURE(runProgram, bus_watched, Bus, true);
+BENCHMARK_CAPTURE(runProgram, space_unwatched, Space, false);
+BENCHMARK_CAPTURE(runProgram, space_watched, Space, true);
+
+/// Steps the Z80 over a bus through the first groups of ZEXALL, whose way to CP/M returns at once; with
+/// somebody connected to each row, or with nobody who has asked for the rows.
+void runZ80(benchmark::State &state, bool rowsWatched)
+{
+    constexpr int StepsAtOnce = 1'000'000;
+    const QByteArray program = testProgram("zexall.com");
+    if (program.isEmpty()) {
+        state.SkipWithError("the folder ZR_TEST_PROGRAMS has no zexall.com");
+        return;
+    }
+    PlainBus bus;
+    bus.bytes = QByteArray(0x10000, '\0').replace(0x0100, program.size(), program);
+    bus.bytes.replace(0x0005, 3, QByteArray("\xC9\x00\xF0", 3));
+    ZR8BitProcZ80 processor;
+    processor.init();
+    processor.setBus(&bus);
+    processor.setProgramCounter(0x0100);
+    quint64 rows = 0;
+    if (rowsWatched) {
+        for (const int prefix : {0, 0xCB, 0xED, 0xDD, 0xFD, 0xDDCB, 0xFDCB}) {
+            const auto page = prefix == 0 ? processor.commandList() : processor.commandPage(prefix);
+            for (ZR8BitProcCommand *row : page)
+                QObject::connect(row, &ZR8BitProcCommand::execute, &processor, [&rows] { ++rows; });
+        }
+    }
+    ZR8BitProcessorIface &stepped = processor;
+    while (state.KeepRunningBatch(StepsAtOnce)) {
+        for (int i = 0; i < StepsAtOnce; ++i)
+            stepped.step();
+    }
+    if (processor.hardwareIssue() || processor.isHalted() || rows > processor.cycles())
+        state.SkipWithError("hardware issue");
+}
+BENCHMARK_CAPTURE(runZ80, unwatched, false);
+BENCHMARK_CAPTURE(runZ80, watched, true);
 
 } // namespace

@@ -1,7 +1,10 @@
 // Conversions of the TVC beside what a user would pick instead, at 1, 4 and 16 MiB of bytes: text beside the
 // Latin-1 conversions and a loop over a flat table, listings beside QByteArray::toHex() and a loop of split
 // and toInt(), sound beside split and join. A time that grows as the size shows that a conversion is linear.
+// Beside them a MIDI file of an hour, as a sound and as a text with notes.
 
+#include <zr8bitkit/zr8bittvcmidi.h>
+#include <zr8bitkit/zr8bittvctune.h>
 #include <zr8bitlib/zr8bittvc.h>
 #include <zr8bitlib/zr8bittvcsound.h>
 
@@ -239,6 +242,47 @@ void soundEncodeSplit(benchmark::State &state)
     });
 }
 
+// MIDI
+
+/// An hour of eight tracks with 16 notes a second each: 480 divisions are half a second.
+QByteArray makeMidi()
+{
+    const auto chunk = [](const char *name, const QByteArray &bytes) {
+        return name + QByteArray::fromHex(QByteArray::number(bytes.size(), 16).rightJustified(8, '0')) +
+               bytes;
+    };
+    QByteArray file = chunk("MThd", QByteArray::fromHex("0001000801e0"));
+    for (int track = 0; track < 8; ++track) {
+        QByteArray events;
+        for (int i = 0; i < 3600 * 16; ++i) {
+            const auto note = static_cast<char>(40 + (i * (7 + track)) % 60);
+            events += '\x0A';
+            events += static_cast<char>(0x90 | track);
+            events += note;
+            events += '\x50';
+            events += '\x32';
+            events += note;
+            events += '\0';
+        }
+        file += chunk("MTrk", events + QByteArray::fromHex("00ff2f00"));
+    }
+    return file;
+}
+
+void midiHour(benchmark::State &state)
+{
+    const QByteArray file = makeMidi();
+    ZR8BitTVCTune::Options options;
+    options.notes = true;
+    for (auto _ : state) {
+        QByteArray sound;
+        QString text;
+        if (!ZR8BitTVCMidi::toSound(file, sound) || !ZR8BitTVCTune::fromBytes(sound, text, options))
+            state.SkipWithError("The file is refused");
+        benchmark::DoNotOptimize(text);
+    }
+}
+
 void sizes(benchmark::internal::Benchmark *benchmark)
 {
     for (const int64_t size : {1, 4, 16})
@@ -270,5 +314,6 @@ BENCHMARK(soundDecode)->Apply(sizes);
 BENCHMARK(soundDecodeJoin)->Apply(sizes);
 BENCHMARK(soundEncode)->Apply(sizes);
 BENCHMARK(soundEncodeSplit)->Apply(sizes);
+BENCHMARK(midiHour)->Unit(benchmark::kMillisecond);
 
 } // namespace

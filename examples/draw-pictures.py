@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws the example pictures sunset.png and balls.png, and the sprite frames coin-0.png to coin-3.png, into this folder."""
+"""Draws the example pictures into this folder: sunset, balls, cartoon, logo, and the sprite frames coin-0 to coin-3."""
 
 import math
 import pathlib
@@ -188,8 +188,82 @@ def balls(x, y):
     return tuple(min(255, round(value)) for value in total)
 
 
+CARTOON_SIZE = (320, 240)
+INK = (20, 12, 24)
+
+
+def is_within(points, x, y):
+    """Whether a place is within a polygon."""
+    inside = False
+    for (ax, ay), (bx, by) in zip(points, points[1:] + points[:1]):
+        if (ay > y) != (by > y) and x < ax + (y - ay) / (by - ay) * (bx - ax):
+            inside = not inside
+    return inside
+
+
+def box(left, top, right, bottom):
+    return [(left, top), (right, top), (right, bottom), (left, bottom)]
+
+
+# From the front to the back: the colour and a polygon. The inked outline of each is 1.5 pixels wide.
+CARTOON = [((40, 40, 160), box(176, 126, 200, 150)), ((40, 40, 160), box(212, 126, 236, 150)),
+           ((150, 140, 10), box(130, 138, 156, 182)),
+           ((160, 18, 12), [(104, 112), (180, 56), (256, 112)]), ((158, 156, 148), box(116, 112, 246, 182)),
+           ((150, 20, 150), box(220, 62, 234, 100))]
+OUTLINE = 1.5
+
+
+def cartoon_at(x, y):
+    """A house on a hill: flat areas, most of which are close to a colour of the TVC."""
+    for color, points in CARTOON:
+        inner = all(is_within(points, x + dx, y + dy)
+                    for dx, dy in ((-OUTLINE, 0), (OUTLINE, 0), (0, -OUTLINE), (0, OUTLINE)))
+        if is_within(points, x, y):
+            return color if inner else INK
+    for crown_x, crown_y, radius in ((56, 118, 30), (34, 136, 20), (80, 138, 20)):
+        if math.hypot(x - crown_x, y - crown_y) < radius:
+            return (8, 138, 20)
+    if 50 < x < 62 and 130 < y < 190:
+        return (150, 24, 8)
+    hill = 176 + ((x - 170) / 30) ** 2
+    if y > hill:
+        return (20, 235, 30) if y > hill + OUTLINE else INK
+    if math.hypot(x - 276, y - 40) < 24:
+        return (255, 245, 40)
+    for cloud_x, cloud_y, radius in ((90, 40, 16), (112, 34, 20), (134, 42, 15)):
+        if math.hypot(x - cloud_x, y - cloud_y) < radius:
+            return (245, 248, 250)
+    return gradient([(0, (0, 140, 150)), (190, (60, 235, 250))], y)
+
+
+def cartoon(x, y):
+    """Each pixel is the mean of four places."""
+    places = [cartoon_at(x + dx, y + dy) for dx in (0.25, 0.75) for dy in (0.25, 0.75)]
+    return tuple(round(sum(values) / 4) for values in zip(*places))
+
+
+LOGO_SIZE = (300, 300)
+
+
+def logo(x, y):
+    """A ring and a star of soft edges, on nothing; what is transparent hides magenta."""
+    across, down = x - LOGO_SIZE[0] / 2 + 0.5, y - LOGO_SIZE[1] / 2 + 0.5
+    distance = math.hypot(across, down)
+    angle = math.atan2(across, -down)
+    part = angle / (2 * math.pi / 5) % 1
+    star = 96 - 110 * min(part, 1 - part) - distance
+    ring = 13 - abs(distance - 126)
+    glow = max(0.0, 1 - distance / 150) ** 2 * 0.6 if distance < 113 else 0.0
+    for edge, color in ((star, (255, 230, 40)), (ring, (255, 255, 255))):
+        if edge > -2:
+            return (*color, round(255 * min(1.0, (edge + 2) / 4)))
+    return (255, 120, 20, round(255 * glow)) if glow > 0.01 else (255, 0, 255, 0)
+
+
 # The sunset is made for the TVC's screen of 128 x 240 pixels; the scene above has square ones, 256 x 192.
 write_png("sunset.png", 128, 240, lambda x, y: sunset(2 * x, y * 4 // 5))
 write_png("balls.png", *BALLS_SIZE, balls)
+write_png("cartoon.png", *CARTOON_SIZE, cartoon)
+write_png("logo.png", *LOGO_SIZE, logo)
 for number, half_width in enumerate((7.5, 5, 1.5, 5)):
     write_png(f"coin-{number}.png", COIN_WIDTH, COIN_HEIGHT, coin(half_width))

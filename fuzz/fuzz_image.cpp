@@ -1,13 +1,18 @@
-// The writers of pictures and sprites on images of every format, with odd sizes and padded lines.
+// Pictures and sprites on images of every format, with odd sizes and padded lines: the writers, the screen
+// and sheets.
 
 #include "fuzzing.h"
 
+#include <zr8bitkit/zr8bittvcscreen.h>
+#include <zr8bitkit/zr8bittvcsheet.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 
 #include <algorithm>
 #include <limits>
 
 using TVC = ZR::ZR8BitTVCColor16;
+using Screen = ZR::ZR8BitTVCScreen;
+using Sheet = ZR::ZR8BitTVCSheet;
 
 namespace {
 
@@ -126,6 +131,90 @@ void check(const QImage &image, QRgb key, const Written &written)
         checkPixels(image, key, written);
 }
 
+/// What the screen and sheets are asked for.
+struct Wishes
+{
+    explicit Wishes(FuzzedDataProvider &input)
+        : size(input.ConsumeIntegralInRange(-1, 2 * LargestSide),
+               input.ConsumeIntegralInRange(-1, 2 * LargestSide))
+        , fit(static_cast<Screen::Fit>(input.ConsumeIntegralInRange(0, 2)))
+        , dither(static_cast<Screen::Dither>(input.ConsumeIntegralInRange(0, 4)))
+        , strength(input.ConsumeIntegralInRange(-1, 101))
+        , columns(input.ConsumeIntegralInRange(0, 5))
+        , background(QColor::fromRgba(input.ConsumeIntegral<QRgb>()))
+    {
+    }
+
+    QSize size;
+    Screen::Fit fit;
+    Screen::Dither dither;
+    int strength;
+    int columns;
+    QColor background;
+};
+
+/// The alpha of a frame's pixels is 0, with no bit set, or 255.
+bool isFrame(const QImage &frame)
+{
+    const QRgb *const pixels = reinterpret_cast<const QRgb *>(frame.constBits());
+    return frame.isNull() || (frame.format() == QImage::Format_ARGB32 &&
+                              std::all_of(pixels, pixels + qsizetype(frame.width()) * frame.height(),
+                                          [](QRgb pixel) { return pixel == 0 || qAlpha(pixel) == 255; }));
+}
+
+void checkScreen(const QImage &image, const Wishes &wishes)
+{
+    const bool hasSize = !image.isNull() && !wishes.size.isEmpty();
+    const QImage fitted = Screen::fit(image, wishes.size, wishes.fit, wishes.background);
+    const QImage frame = Screen::fitFrame(image, wishes.size, wishes.fit);
+    LAW(fitted.size() == (hasSize ? wishes.size : QSize(0, 0)) && frame.size() == fitted.size() &&
+        isFrame(frame));
+    for (const QImage &picture : {image, fitted}) {
+        const QImage mixed = Screen::dither(picture, wishes.dither, wishes.strength);
+        LAW(mixed.size() == picture.size() && TVC::QImageToTVC16ColoredQImage(mixed) == mixed);
+        LAW(Screen::dither(mixed, wishes.dither, wishes.strength) == mixed);
+        LAW(wishes.strength > 0 || mixed == Screen::dither(picture, Screen::Dither::Nearest));
+        const QImage mixedFrame = Screen::ditherFrame(picture, wishes.dither, wishes.strength);
+        LAW(mixedFrame.size() == picture.size() && isFrame(mixedFrame));
+        const QImage view = Screen::screenView(mixed);
+        LAW(mixed.isNull() ||
+            view == mixed.scaled(mixed.width() * Screen::PixelWidth, mixed.height() * Screen::PixelHeight));
+    }
+    // Transparent pixels alone show the background.
+    const QImage ground = Screen::onBackground(image, wishes.background);
+    LAW(ground.size() == image.size() &&
+        (image.format() != QImage::Format_RGB32 || ground == Screen::toPixels(image)));
+}
+
+void checkSheet(const QImage &image, const Wishes &wishes)
+{
+    QString error;
+    const QList<QImage> frames = Sheet::cut(image, wishes.size, &error);
+    LAW(frames.isEmpty() != error.isEmpty() && frames.size() == Sheet::frameCount(image, wishes.size));
+    for (qsizetype i = 0; i < frames.size(); ++i) {
+        LAW(frames[i].size() == wishes.size && frames[i].format() == QImage::Format_ARGB32);
+        LAW(frames[i] == Sheet::frameAt(image, wishes.size, i));
+    }
+    const QImage sheet = Sheet::join(frames, wishes.columns);
+    LAW(sheet.isNull() == (frames.isEmpty() || wishes.columns < 1));
+    LAW(sheet.isNull() || Sheet::cut(sheet, wishes.size) == frames);
+    const QByteArray sprite = TVC::QImagesToTVC16Sprite(frames, wishes.background);
+    LAW(Sheet::framesOfSprite(sprite, wishes.size).size() == frames.size());
+    const QImage board = Sheet::onCheckerboard(image, wishes.size);
+    LAW(board.size() == image.size() &&
+        (image.format() != QImage::Format_RGB32 || board == Screen::toPixels(image)));
+}
+
+/// What the screen and sheets make of an image, for comparing.
+QList<QImage> shown(const QImage &image, const Wishes &wishes)
+{
+    return {Screen::fit(image, wishes.size, wishes.fit, wishes.background),
+            Screen::fitFrame(image, wishes.size, wishes.fit),
+            Screen::dither(image, wishes.dither, wishes.strength),
+            Screen::ditherFrame(image, wishes.dither, wishes.strength),
+            Sheet::onCheckerboard(image, wishes.size)};
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
@@ -141,6 +230,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     std::vector<QRgb> colors(input.ConsumeIntegralInRange<size_t>(0, 256));
     for (QRgb &color : colors)
         color = input.ConsumeIntegral<QRgb>();
+    const Wishes wishes(input);
     const ExactBytes pixels = remainingBytes(input);
 
     PaddedImage padded(format, QSize(width, height), 0, pixels.bytes(), '\0');
@@ -151,9 +241,12 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     const QRgb key = isKeyPixel && !padded.image.isNull() ? padded.image.pixel(0, 0) : otherKey;
     const Written written = write(padded.image, key);
     check(padded.image, key, written);
+    checkScreen(padded.image, wishes);
+    checkSheet(padded.image, wishes);
     LAW(padded.memory == before);
     // What stands between the lines does not matter.
     const Written same = write(wider.image, key);
     LAW(written.stream == same.stream && written.frame == same.frame && written.preview == same.preview);
+    LAW(shown(padded.image, wishes) == shown(wider.image, wishes));
     return 0;
 }

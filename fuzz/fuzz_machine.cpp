@@ -1,8 +1,9 @@
 // A whole machine: settings, a memory image, and its program run for some hundred steps beside a plain
-// model of the processor.
+// model of the processor; then the states of the machine of the kit that these settings make.
 
 #include "fuzzing.h"
 
+#include <zr8bitkit/zr8bitmachine.h>
 #include <zr8bitkit/zrmapconfig.h>
 #include <zr8bitlib/zr8bitcomputer.h>
 #include <zr8bitlib/zr8bitram.h>
@@ -118,28 +119,20 @@ int Model::step()
 {
     const int low = fetch(1);
     const int word = low | fetch(2) << 8;
+    // clang-format off
     switch (fetch(0)) {
-    case 0x69:
-        return add(low, 2);
-    case 0x65:
-        return add(byteAt(low), 2);
-    case 0x75:
-        return add(byteAt((low + reg[XR]) & 0xFF), 2);
-    case 0x6D:
-        return add(byteAt(word), 3);
-    case 0x7D:
-        return add(byteAt((word + reg[XR]) & 0xFFFF), 3);
-    case 0x79:
-        return add(byteAt((word + reg[YR]) & 0xFFFF), 3);
-    case 0x61:
-        return add(byteAt(wordAt((low + reg[XR]) & 0xFF)), 2);
-    case 0x71:
-        return add(byteAt((wordAt(low) + reg[YR]) & 0xFFFF), 2);
-    case 0xAA:
-        return skip(1);
-    default:
-        return 0;
+    case 0x69: return add(low, 2);
+    case 0x65: return add(byteAt(low), 2);
+    case 0x75: return add(byteAt((low + reg[XR]) & 0xFF), 2);
+    case 0x6D: return add(byteAt(word), 3);
+    case 0x7D: return add(byteAt((word + reg[XR]) & 0xFFFF), 3);
+    case 0x79: return add(byteAt((word + reg[YR]) & 0xFFFF), 3);
+    case 0x61: return add(byteAt(wordAt((low + reg[XR]) & 0xFF)), 2);
+    case 0x71: return add(byteAt((wordAt(low) + reg[YR]) & 0xFFFF), 2);
+    case 0xAA: return skip(1);
+    default: return 0;
     }
+    // clang-format on
 }
 
 Values valuesOf(const QList<ZR::ZR8BitRegister *> &registers)
@@ -219,6 +212,30 @@ void checkMachine(const QString &settings, const QByteArray &image, const std::v
     LAW(computer.readFromConfig(QString(), &config)); // the wired machine goes, and comes again
 }
 
+/// Bytes that are no state of a machine change nothing; those that are one become its state.
+void checkStates(const QString &settings, const QByteArray &image, int pos)
+{
+    TextConfig config(settings, image);
+    ZR::ZR8BitMachine machine;
+    if (!machine.load(&config)) {
+        LAW(!machine.lastErrorStr().isEmpty() && !machine.processor() && machine.saveState().isEmpty());
+        return;
+    }
+    machine.run({StepCount});
+    const QByteArray state = machine.saveState();
+    QByteArray mutated = state;
+    for (qsizetype i = 0; i < image.size(); ++i) // most of what can be wrong stands in front of the blocks
+        mutated[(pos + i) % qMin<qsizetype>(mutated.size(), 256)] ^= image[i];
+    for (const QByteArray &bytes : {image, mutated, state.first(qBound(0, pos, int(state.size()))), state}) {
+        const QByteArray before = machine.saveState();
+        const bool isRestored = machine.restoreState(bytes);
+        LAW(isRestored || (machine.saveState() == before && !machine.lastErrorStr().isEmpty()));
+        LAW(!isRestored || machine.stateDifference(bytes, machine.saveState()).isEmpty());
+        LAW(isRestored || bytes != state);
+        machine.run({StepCount});
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
@@ -231,6 +248,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
     const ExactBytes rest = remainingBytes(input);
     const qsizetype zero = rest.bytes().indexOf('\0'); // stands between the settings and the image
     const qsizetype end = zero < 0 ? rest.bytes().size() : zero;
-    checkMachine(QString::fromUtf8(rest.bytes().first(end)), rest.bytes().mid(end + 1), values, pos);
+    const QString settings = QString::fromUtf8(rest.bytes().first(end));
+    checkMachine(settings, rest.bytes().mid(end + 1), values, pos);
+    checkStates(settings, rest.bytes().mid(end + 1), pos);
     return 0;
 }

@@ -1,14 +1,20 @@
-// Sounds in both directions, under any format and separator.
+// Sounds in both directions, under any format and separator, and as samples, WAVE files and plots.
 
 #include "fuzzing.h"
 
+#include <zr8bitkit/zr8bittvcsoundplot.h>
+#include <zr8bitkit/zr8bittvcwave.h>
 #include <zr8bitlib/zr8bittvcsound.h>
 
+#include <QtCore/QBuffer>
+#include <QtCore/QtEndian>
 #include <QtCore/QtLogging>
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
 using ZR::ZR8BitTVCSound;
+using Wave = ZR::ZR8BitTVCWave;
 
 namespace {
 
@@ -81,6 +87,48 @@ void checkDecode(const QByteArray &stream, const Form &form)
     checkRoundTrip(back, form);
 }
 
+constexpr qsizetype WaveHeader = 44;
+constexpr qsizetype LongestPlayed = 40; ///< bytes of a sound that is played
+
+/// A sound as samples, file and plot: all are made or refused alike. Returns the file.
+QByteArray checkPlaying(const QByteArray &sound, const Wave::Options &options)
+{
+    QList<qint16> samples;
+    QBuffer wave;
+    QBuffer plot;
+    QString error;
+    LAW(wave.open(QIODevice::WriteOnly) && plot.open(QIODevice::WriteOnly));
+    const bool isPlayed = Wave::samples(sound, options, samples);
+    LAW(Wave::writeWave(sound, options, wave, {}, &error) == isPlayed && error.isEmpty() == isPlayed);
+    LAW(ZR::ZR8BitTVCSoundPlot::write(sound, options, plot) == isPlayed && plot.data().isEmpty() != isPlayed);
+    LAW(wave.data().size() == (isPlayed ? WaveHeader + 2 * samples.size() : 0));
+    for (qsizetype i = 0; i < samples.size(); ++i)
+        LAW(samples[i] == qFromLittleEndian<qint16>(wave.data().constData() + WaveHeader + 2 * i));
+    LAW(std::all_of(samples.begin(), samples.end(), [](qint16 sample) { return qAbs(sample) <= 15 * 1024; }));
+    return wave.data();
+}
+
+/// Records and the same as tones sound alike.
+void checkTones(FuzzedDataProvider &input, const Wave::Options &options)
+{
+    QByteArray sound;
+    QList<ZR::ZR8BitTVCTone> tones;
+    while (input.remaining_bytes() > 0 && sound.size() < LongestPlayed) {
+        ZR::ZR8BitTVCTone tone;
+        const int duration = input.ConsumeIntegral<quint8>();
+        const qint64 start = tones.isEmpty() ? 0 : tones.last().end;
+        tone.end = start + duration * options.tick * ZR::ZR8BitTVCTone::TStates / 1000;
+        tone.pitch = input.ConsumeIntegralInRange(1, 4095);
+        tone.volume = input.ConsumeIntegralInRange(0, 15);
+        for (const int byte : {tone.volume, tone.pitch >> 8, tone.pitch, duration})
+            sound += static_cast<char>(byte);
+        tones += tone;
+    }
+    QBuffer wave;
+    LAW(wave.open(QIODevice::WriteOnly));
+    LAW(Wave::writeWave(tones, options.rate, wave) && checkPlaying(sound + EndByte, options) == wave.data());
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
@@ -101,9 +149,16 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
         for (int letters = input.ConsumeIntegralInRange(0, 5); letters > 0; --letters)
             form.format += QLatin1Char(input.PickValueInArray({'v', 'p', 'd', 'V', 'P', 'D', '\xE9'}));
     }
-    if (encode)
+    const Wave::Options options{form.format, input.ConsumeIntegralInRange(0, 2),
+                                input.ConsumeIntegralInRange(7999, 16000)};
+    if (input.ConsumeBool() && options.tick > 0 && options.rate >= Wave::LowestRate)
+        checkTones(input, {u"vpd"_s, options.tick, options.rate});
+    if (encode) {
         checkEncode(remainingText(input).text(), form);
-    else
-        checkDecode(remainingBytes(input).bytes(), form);
+        return 0;
+    }
+    const ExactBytes stream = remainingBytes(input);
+    checkDecode(stream.bytes(), form);
+    checkPlaying(stream.bytes().first(qMin(stream.bytes().size(), LongestPlayed)), options);
     return 0;
 }

@@ -1,5 +1,8 @@
 // The complete processor: its table, each instruction with its cycles, interrupts, and programs.
 
+#include "../fuzz/mos6510model.h"
+
+#include <zr8bitkit/zr8bitaddressspace.h>
 #include <zr8bitkit/zr8bitprocmos6510full.h>
 #include <zr8bitlib/zr8bitram.h>
 
@@ -13,6 +16,14 @@ namespace {
 QString hexOf(int value, int digits)
 {
     return QString::number(0x10000 | value, 16).right(digits);
+}
+
+/// The registers of the model as a machine tells them.
+QString registersOf(const Mos6510Model &model)
+{
+    return u"AC=%1 XR=%2 YR=%3 SP=%4 PS=%5 PC=%6"_s.arg(hexOf(model.a, 2), hexOf(model.x, 2),
+                                                        hexOf(model.y, 2), hexOf(model.s, 2),
+                                                        hexOf(model.p, 2), hexOf(model.pc, 4));
 }
 
 /// The complete processor in zeros, with two bytes more than it reaches. Its state is told in pairs such as
@@ -157,46 +168,35 @@ private Q_SLOTS:
         }
     }
 
-    /// Each opcode in 200 states of any registers and memory. The sums are those of a model that was written
-    /// from the tables of the chip, apart from this one.
+    /// Each opcode in 200 states of any registers and memory, beside a plain model.
     void states()
     {
-        const QByteArray sums =
-            "e509d10fe458d6804a3863f22c62227a4a801973f980a3bf89eed44bc332c352e0abd33d02a8d5c94b636cadb34ac2c0"
-            "713b66bbf8f1143c1c7d2615930f702bad3e7371d6691892a6cce857ed3d2848c89bfe7074e52dd194b1a10d32b9617d"
-            "e4b47597f634d6255a3af7541cca79035d74756321871094c374c353d8f8be3b005afbe200694df37febdda3debdc942"
-            "87a121f2b54260d70e40b48f81269d1235ce2f36825a07e2f8aa17b7aa8b870c058a23bfeda858d66aee5739ede5c307"
-            "2be6dca41f0945414a008362651bc9aefcbd3845c34bf69e0e21f5d08be4a1dbc5b33b0a2a29e680fafd8c366aafa3db"
-            "50d882cbf1c6780074620d055dae59489203740a10aad9aa284d9faa7edb5338fe66166bbb920c242b23cc3cb4865525"
-            "39456ec27ba5134cd13f67147560657170c63b91b317a294eebd15c24a0d77a1e176616a1edb795477cde0ff69057559"
-            "6a5c2f37be547b9d8d1b7274f3d49e149681679a41d3219e8d0c17890c6f8bf9dd079b026ec8d85868e3f1d09fc1c06f"
-            "de99f09149c21c308e1b848938ce775cf46f93f9c59c174ae29801d8fbaace58a1f3b28cfcdd4f86069e7d62300dec19"
-            "ebfd0ba2636ea1a352c1130b9ec83fe909f89d3a550286e0719d80b94f598bc4e717ad994c20e7728f90ffd8d6da2369"
-            "9b1942cfb0fb81913959bb7066d98cbe6691f167a48f28e4eeda2f6ecf9e6c7b";
         quint32 seed = 1;
-        const auto next = [&seed] { return static_cast<char>((seed = seed * 1664525 + 1013904223) >> 24); };
+        const auto next = [&seed] { return static_cast<uchar>((seed = seed * 1664525 + 1013904223) >> 24); };
+        const auto states = std::make_unique<Mos6510Model>();
+        Mos6510Model &model = *states;
+        const QByteArrayView memory(model.memory);
         for (int code = 0; code < 256; ++code) {
             Machine machine;
-            QByteArray memory(0x10000, '\0');
-            std::generate(memory.begin(), memory.end(), next);
-            machine.ram.setContent(memory);
-            QByteArray seen;
+            std::generate(model.memory.begin(), model.memory.end(), next);
+            machine.ram.setContent(memory.toByteArray());
             for (int i = 0; i < 200; ++i) {
-                for (ZR8BitRegister *reg : machine.processor.registers()) {
-                    reg->setLo(next());
-                    reg->setHi(next());
-                }
-                machine.ram.setByteValue(static_cast<char>(code), machine.valueOf(u"PC"_s));
-                const quint64 before = machine.processor.cycles();
-                machine.step();
+                for (int *value : {&model.a, &model.x, &model.y, &model.s, &model.p})
+                    *value = next();
+                model.pc = next() << 8 | next();
+                model.memory[static_cast<size_t>(model.pc)] = static_cast<uchar>(code);
+                machine.ram.setByteValue(static_cast<char>(code), model.pc);
+                const QString before = registersOf(model);
+                machine.set(before);
+                model.isJammed = false;
+                model.cycles = machine.processor.cycles();
+                QCOMPARE(machine.step(), model.step());
                 machine.processor.resetHardwareIssue(); // of a JAM
-                for (ZR8BitRegister *reg : machine.processor.registers())
-                    seen.append(reg->lo()).append(reg->hi());
-                seen += static_cast<char>(machine.processor.cycles() - before);
+                QVERIFY2(machine.now(before) == registersOf(model) &&
+                             machine.processor.cycles() == model.cycles,
+                         qPrintable(u"%1 leaves %2"_s.arg(before, machine.now(before + u" cycles="_s))));
             }
-            const int sum = qChecksum(seen + machine.ram.value(0, 0x10000));
-            QCOMPARE(hexOf(code, 2) + u' ' + hexOf(sum, 4),
-                     hexOf(code, 2) + u' ' + QLatin1StringView(sums).mid(code * 4, 4));
+            QVERIFY(machine.ram.value(0, 0x10000) == memory);
         }
     }
 
@@ -223,30 +223,18 @@ private Q_SLOTS:
         row("PLP", "28", "SP=fe 01ff=10 PS=e0", "SP=ff PS=20 cycles=4");
 
         row("IRQ", "ea", "PS=38 fffe=3412 1234=ea", "PC=1235 SP=fc PS=3c 01fd=280002 cycles=9", 1, 1);
-        row("IRQ behind CLI", "58eaea", "PS=24 fffe=3412 1234=ea", "PC=1235 01fd=200202 cycles=13", 3, 1);
-        row("IRQ behind SEI", "78ea", "fffe=3412 1234=ea", "PC=1235 SP=fc PS=24 01fd=240102", 2, 2);
-        row("IRQ two behind SEI", "78eaea", "", "PS=24 cycles=6", 3, 3);
-        row("IRQ behind PLP", "28eaea", "PS=24 SP=fe", "PC=0202 SP=ff PS=20", 2, 1);
-        row("IRQ behind RTI", "40", "PS=24 SP=fc 01fd=200003 fffe=3412 1234=ea", "PC=1235 cycles=15", 2, 1);
+        row("IRQ after CLI", "58eaea", "PS=24 fffe=3412 1234=ea", "PC=1235 01fd=200202 cycles=13", 3, 1);
+        row("IRQ after SEI", "78ea", "fffe=3412 1234=ea", "PC=1235 SP=fc PS=24 01fd=240102", 2, 2);
+        row("IRQ two after SEI", "78eaea", "", "PS=24 cycles=6", 3, 3);
+        row("IRQ after PLP", "28eaea", "PS=24 SP=fe", "PC=0202 SP=ff PS=20", 2, 1);
+        row("IRQ after RTI", "40", "PS=24 SP=fc 01fd=200003 fffe=3412 1234=ea", "PC=1235 cycles=15", 2, 1);
         row("NMI before IRQ", "ea", "fffa=7856 5678=ea", "PC=5679 SP=fc PS=24 01fd=200002 cycles=9", 1, 1, 1);
         row("NMI is an edge", "ea", "PS=24 fffa=7856 5678=eaea", "PC=567a 01fd=240002 cycles=11", 2, 0, 1);
 
-        // again: LDX #6; LDY #0; next: LDA $40,X; CMP $41,X; BCC ok; BEQ ok; PHA; LDA $41,X; STA $40,X; PLA;
-        // STA $41,X; INY; ok: DEX; BPL next; TYA; BNE again; end: JMP end
-        row("sort", "a206a000b540d541900bf00948b5419540689541c8ca10ec98d0e54c1b02", "0040=08ff017f8000080100",
-            "0040=00010108087f80ff00", End);
         // LDX #2; next: LDA $0300,X; BNE skip; LDY $11; TXA; STA $0400,Y; INC $11; STX $10; mark: CLC; ADC
         // $10; BCS skip; TAY; STA $0300,Y; BCC mark; skip: INX; BNE next; end: JMP end
         row("sieve", "a202bd0003d015a4118a990004e6118610186510b006a899000390f5e8d0e34c1f02", "",
             "0011=36 0400=020305070b0d1113171d1f25292b2f35 0434=f1fb00", End);
-        // LDX #16; loop: LSR $13; ROR $12; BCC no; CLC; LDA $16; ADC $10; STA $16; LDA $17; ADC $11; STA $17;
-        // no: ROR $17; ROR $16; ROR $15; ROR $14; DEX; BNE loop; end: JMP end
-        row("$1234 * $ABCD", "a21046136612900d18a51665108516a517651185176617661666156614cad0e24c2002",
-            "0010=3412cdab", "0014=a44f370c", End);
-        // LDX #16; loop: ASL $10; ROL $11; ROL $14; ROL $15; LDA $14; SEC; SBC $12; TAY; LDA $15; SBC $13;
-        // BCC no; STA $15; STY $14; INC $10; no: DEX; BNE loop; end: JMP end
-        row("$FEDC / $0123", "a2100610261126142615a51438e512a8a515e513900685158414e610cad0e34c1f02",
-            "0010=dcfe2301", "0010=e000 0014=3c00", End);
         // SED; LDX #210; LDY #5; loop: CLC; LDA $10; ADC #1; STA $10; LDA $11; ADC #0; STA $11; DEX; BNE
         // loop; DEY; BNE loop; SEC; LDA $10; SBC #$35; STA $12; LDA $11; SBC #$02; STA $13; end: JMP end
         row("count to 1234, less 235",
@@ -343,6 +331,246 @@ private Q_SLOTS:
         QCOMPARE(machine.valueOf(u"PC"_s), 5);
         machine.processor.reset();
         QCOMPARE(heard.join(u' '), u"SP PS PC SP PC=0000 SP=fb PC PS PC AC PS PC SP PC"_s);
+    }
+
+    /// Random programs with interrupts, in a block and over a bus, watched and not: all is the same.
+    void watchedAndNot()
+    {
+        struct Way
+        {
+            ZR8BitRAM ram;
+            ZR8BitAddressSpace space;
+            ZR8BitProcMOS6510Full processor;
+            int changes = 0; ///< of registers, as they are told
+        };
+        QRandomGenerator random(6510);
+        for (int program = 0; program < 40; ++program) {
+            QByteArray memory(0x10000, '\0');
+            random.fillRange(reinterpret_cast<quint32 *>(memory.data()), memory.size() / 4);
+            Way ways[4];
+            for (int i = 0; i < 4; ++i) {
+                Way &way = ways[i];
+                way.processor.setUndocumented(true);
+                way.ram.setContent(memory);
+                if (i < 2)
+                    way.processor.setMainMemory(&way.ram);
+                else if (way.space.mapMemory(0, &way.ram))
+                    way.processor.setBus(&way.space);
+                QVERIFY(way.processor.init());
+                if (i % 2 == 0)
+                    continue;
+                for (ZR8BitRegister *reg : way.processor.registers())
+                    connect(reg, &ZR8BitRegister::onValueChanged, this, [&way] { ++way.changes; });
+            }
+            for (int step = 0; step < 500; ++step) {
+                const int event = random.bounded(20);
+                const int opcode = random.bounded(256);
+                QByteArray results;
+                QSet<QByteArray> states;
+                for (Way &way : ways) {
+                    if (event < 2)
+                        way.processor.setIRQ(event == 0);
+                    if (event == 2)
+                        way.processor.triggerNMI();
+                    if (event == 3) {
+                        const char code[] = {char(opcode), char(step), char(program)};
+                        results += char(way.processor.execute(code, 3));
+                    }
+                    results += char(static_cast<ZR8BitProcessorIface &>(way.processor).step());
+                    if (way.processor.isJammed())
+                        way.processor.reset();
+                    states += way.processor.saveState();
+                }
+                QCOMPARE(states.size(), 1);
+                QCOMPARE(results, results.first(results.size() / 4).repeated(4));
+            }
+            for (Way &way : ways)
+                QVERIFY(way.ram.value(0, 0x10000) == ways[0].ram.value(0, 0x10000));
+            QVERIFY(ways[1].changes > 500 && ways[3].changes == ways[1].changes && ways[0].changes == 0);
+        }
+    }
+
+    /// The published program that tests all documented instructions, in an address space.
+    void functionalTest_data()
+    {
+        QTest::addColumn<bool>("watched");
+        QTest::newRow("observed") << true;
+        QTest::newRow("unobserved") << false;
+    }
+
+    void functionalTest()
+    {
+        QFETCH(const bool, watched);
+        const QString folder = qEnvironmentVariable("ZR_TEST_PROGRAMS");
+        QFile file(folder + u"/6502_functional_test.bin"_s);
+        if (folder.isEmpty() || !file.open(QIODevice::ReadOnly))
+            QSKIP("The folder ZR_TEST_PROGRAMS has no 6502_functional_test.bin.");
+        ZR8BitRAM ram;
+        ram.setContent(file.readAll());
+        ZR8BitAddressSpace space;
+        QVERIFY(space.mapMemory(0, &ram));
+        ZR8BitProcMOS6510Full processor;
+        QVERIFY(processor.init());
+        processor.setBus(&space);
+        int rows = 0;
+        if (watched) {
+            for (ZR8BitProcCommand *row : processor.commandList())
+                connect(row, &ZR8BitProcCommand::execute, this, [&rows] { ++rows; });
+        }
+        processor.setProgramCounter(0x0400);
+        int steps = 0;
+        for (; !processor.isWaiting() && steps < 40'000'000; ++steps)
+            QVERIFY(static_cast<ZR8BitProcessorIface &>(processor).step() > 0);
+        QCOMPARE(hexOf(processor.programCounter(), 4), u"3469"_s);
+        QCOMPARE(rows, watched ? steps : 0);
+    }
+
+    /// Whoever is called while an instruction or an interrupt is at work may exchange the memory, and delete
+    /// the old one, or call the processor again.
+    void calledMeanwhile()
+    {
+        ZR8BitProcMOS6510Full processor;
+        auto &stepped = static_cast<ZR8BitProcessorIface &>(processor);
+        const auto newRAM = [](const char *vectors) {
+            auto ram = std::make_unique<ZR8BitRAM>();
+            ram->setContent(QByteArray::fromHex("e8").repeated(0x10000)); // INX
+            ram->write(QByteArray::fromHex(vectors), 0xFFFA);
+            return ram;
+        };
+        QVERIFY(processor.init());
+        auto ram = newRAM("341278565634");
+        processor.setMainMemory(ram.get());
+        QStringList heard;
+        processor.setInterruptObserver([&](ZR8BitChipIface::Interrupt interrupt, quint16 handler) {
+            heard +=
+                (interrupt == ZR8BitChipIface::Interrupt::NMI ? u"NMI "_s : u"IRQ "_s) + hexOf(handler, 4);
+            QCOMPARE(processor.programCounter(), handler);
+            processor.setInterruptObserver(nullptr);
+            ram = newRAM("000000000000");
+            ram->setByteValue('\xC8', 0x1234); // INY
+            processor.setMainMemory(ram.get());
+        });
+        processor.reset();
+        processor.triggerNMI();
+        QCOMPARE(stepped.step(), 1);
+        QCOMPARE(processor.registerValue(u"YR"_s), 1);
+
+        connect(processor.registers().value(u"SP"_s), &ZR8BitRegister::onValueChanged, this, [&] {
+            heard += QString::number(stepped.step());
+            processor.setMainMemory(nullptr);
+            ram.reset();
+        });
+        processor.triggerNMI();
+        QCOMPARE(stepped.step(), -1);
+        QCOMPARE(processor.hardwareIssueMsg(), u"Main memory must be defined!"_s);
+        processor.resetHardwareIssue();
+
+        ZR8BitAddressSpace space;
+        const auto code = QByteArray::fromHex("ad004068"); // LDA $4000; PLA
+        space.mapDevice(
+            0x0200, 4, [&](quint16 at) { return quint8(code[at & 3]); }, nullptr);
+        space.mapDevice(
+            0x4000, 1,
+            [&](quint16) {
+                heard += QString::number(stepped.step()) + QString::number(processor.execute(code));
+                processor.setBus(nullptr);
+                return quint8(0x5A);
+            },
+            nullptr);
+        processor.setBus(&space);
+        processor.setProgramCounter(0x0200);
+        QCOMPARE(stepped.step(), 3);
+        QCOMPARE(heard.join(u", "), u"NMI 1234, 0, 00"_s);
+        QCOMPARE(processor.registerValue(u"AC"_s), 0x5A);
+        QCOMPARE(int(processor.programCounter()), 0x0203);
+        processor.setMainMemory(nullptr);
+        QCOMPARE(stepped.step(), -1);
+    }
+
+    /// States that are restored go on as the first one did; what is no state changes nothing.
+    void restoring()
+    {
+        Machine machine;
+        ZR8BitProcMOS6510Full &processor = machine.processor;
+        machine.set(u"0000=58e8ea4203 AC=12 PC=0000 PS=24"_s);
+        processor.triggerNMI();
+        processor.setIRQ(true);
+        QList<QByteArray> states = {processor.saveState()};
+        processor.reset();
+        machine.set(u"PC=0000 PS=24"_s);
+        processor.setIRQ(true);
+        machine.step(); // CLI, which an IRQ does not see yet
+        states += processor.saveState();
+        processor.setIRQ(false);
+        for (int i = 0; i < 3; ++i)
+            machine.step(); // JAM
+        states += processor.saveState();
+        QCOMPARE(QSet<QByteArray>(states.begin(), states.end()).size(), 3);
+        for (const QByteArray &state : std::as_const(states)) {
+            Machine other;
+            for (qsizetype size = 0; size < state.size(); ++size)
+                QVERIFY(!other.processor.restoreState(state.first(size)));
+            QVERIFY(!other.processor.restoreState(state + '\0'));
+            for (const int bad : {7, 8, 17}) // lines and the delayed I
+                QVERIFY(!other.processor.restoreState(QByteArray(state).replace(bad, 1, "\x03")));
+            QCOMPARE(other.processor.saveState(), Machine().processor.saveState());
+            other.ram.setContent(machine.ram.value(0, 0x10000));
+            QVERIFY(other.processor.restoreState(state) && processor.restoreState(state));
+            QCOMPARE(other.processor.saveState(), state);
+            QCOMPARE(other.processor.hardwareIssueMsg(), processor.hardwareIssueMsg());
+            QCOMPARE(other.processor.isJammed(), &state == &states.constLast());
+            QCOMPARE(other.step(), machine.step());
+            QCOMPARE(other.processor.saveState(), processor.saveState());
+        }
+        QStringList fields;
+        for (const ZR8BitChipIface::Field &field : processor.stateFields())
+            fields += u"%1:%2"_s.arg(field.name).arg(field.bytes);
+        QCOMPARE(fields.join(u' '),
+                 u"AC:1 XR:1 YR:1 SP:1 PS:1 PC:2 IRQ:1 NMI:1 cycles:8 delayed I:1 JAM:1"_s);
+    }
+
+    /// What a host controls a chip by, without being connected.
+    void control()
+    {
+        Machine machine(false);
+        ZR8BitChipIface &chip = machine.processor;
+        machine.set(u"0200=205634 3456=4c5634 4000=d0fe 0300=20000300 01f0=50fe SP=ff PS=e2"_s);
+        chip.setProgramCounter(0x0200);
+        QVERIFY(chip.isCallNext() && !chip.isWaiting() && chip.acceptsIRQ());
+        QCOMPARE(chip.instructionText(0x0200), u"JSR $3456"_s);
+        QCOMPARE(chip.stateText(), u"00 00 00 FF  NV-...Z."_s);
+        QCOMPARE(chip.stateText().size(), chip.stateHeading().size());
+        chip.call(0x3456);
+        QCOMPARE(machine.now(u"01fe=ff01 SP=fd PC=3456 cycles=0"_s), u"01fe=ff01 SP=fd PC=3456 cycles=0"_s);
+        QCOMPARE(int(chip.stackPointer()), 0x01FD);
+        QCOMPARE(chip.wait(100), 0ULL);
+        QCOMPARE(machine.step(), 3);
+        QVERIFY(chip.isWaiting() && !chip.isCallNext());
+        QCOMPARE(chip.wait(100), 34ULL);
+        QCOMPARE(chip.cycles(), 35 * 3ULL);
+        chip.setIRQ(true);
+        QCOMPARE(chip.wait(100), 0ULL);
+        chip.setIRQ(false);
+
+        chip.setProgramCounter(0x0300); // JSR to itself, which fills the stack
+        QVERIFY(!chip.isWaiting());
+        machine.step();
+        QCOMPARE(chip.wait(12), 2ULL);
+        QCOMPARE(machine.now(u"SP=f7 01f8=020302030203"_s), u"SP=f7 01f8=020302030203"_s);
+        chip.setProgramCounter(0x4000);
+        QVERIFY(chip.setRegisterValue(u"PS"_s, 0x20));
+        machine.step();
+        QVERIFY(chip.isWaiting()); // BNE
+        chip.setProgramCounter(0x5000);
+        QVERIFY(machine.step() > 0);
+        chip.setProgramCounter(0x4000);
+        QVERIFY(!chip.isWaiting());
+        QVERIFY(!chip.setRegisterValue(u"PS"_s, 256) && !chip.setRegisterValue(u"PC"_s, 0x10000));
+        QVERIFY(!chip.setRegisterValue(u"PS"_s, -1) && !chip.setRegisterValue(u"Q"_s, 0));
+        QCOMPARE(chip.registerIds().join(u' '), u"AC XR YR SP PS PC"_s);
+        QCOMPARE(chip.registerSize(u"PC"_s) * 10 + chip.registerSize(u"Q"_s), 20);
+        QCOMPARE(chip.registerValue(u"PC"_s), 0x4000);
+        QVERIFY(!machine.processor.setUndocumented(true) && machine.processor.isThereError());
     }
 };
 

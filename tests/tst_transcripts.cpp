@@ -121,10 +121,12 @@ private Q_SLOTS:
         QFETCH(const qsizetype, first);
         QFETCH(const QByteArrayList, block);
         const QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir(u"examples"_s));
-        const QDir examples(source.filePath(u"examples"_s));
-        for (const QString &file : examples.entryList(QDir::Files))
-            QVERIFY(QFile::copy(examples.filePath(file), folder.filePath("examples/"_L1 + file)));
+        for (const QString &name : {u"examples"_s, u"examples/tvc-program"_s}) {
+            QVERIFY(QDir(folder.path()).mkdir(name));
+            const QDir examples(source.filePath(name));
+            for (const QString &file : examples.entryList(QDir::Files))
+                QVERIFY(QFile::copy(examples.filePath(file), folder.filePath(name + u'/' + file)));
+        }
 
         const QByteArrayList result = runBlock(block, folder.path());
         if (result == block)

@@ -2,6 +2,7 @@
 
 #include "testrows.h"
 
+#include <zr8bitkit/zr8bittvcscreen.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 #include <zrbaselib/zrimageext.h>
 
@@ -152,6 +153,32 @@ no key | ff000000 00000000 |  | 0000
                             QImage::Format_ARGB32);
         const QByteArray frame = TVC::QImageToTVC16SpriteFrame(source, QColor(fields[1]));
         QCOMPARE(QLatin1String(frame.toHex()), fields[2]);
+    }
+
+    // Converting row by row gives what Qt gives for a whole picture, whatever the format.
+    void rows()
+    {
+        QImage picture(19, 7, QImage::Format_ARGB32);
+        QRandomGenerator random(1);
+        for (int i = 0; i < 19 * 7; ++i)
+            picture.setPixel(i % 19, i / 19, random.generate());
+        picture.setText(u"Frames"_s, u"2"_s);
+        picture.setDevicePixelRatio(2);
+        for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format) {
+            const auto wanted = static_cast<QImage::Format>(format);
+            const bool isOpaque = !QImage(1, 1, wanted).hasAlphaChannel(); // Qt leaves alpha in some of these
+            const QImage image =
+                (isOpaque ? picture.convertToFormat(QImage::Format_RGB32) : picture).convertToFormat(wanted);
+            const QImage whole = image.convertToFormat(QImage::Format_RGB32, Qt::ThresholdDither);
+            const QImage colored = TVC::QImageToTVC16ColoredQImage(image);
+            QCOMPARE(colored, TVC::QImageToTVC16ColoredQImage(whole));
+            QCOMPARE(colored.text(u"Frames"_s), u"2"_s);
+            QCOMPARE(colored.devicePixelRatio(), 2.0);
+            const QImage alpha = image.convertToFormat(QImage::Format_ARGB32);
+            QCOMPARE(ZRImageExt::disableTransparency(image, Qt::red),
+                     ZRImageExt::disableTransparency(alpha, Qt::red));
+            QCOMPARE(ZR8BitTVCScreen::toPixels(image), image.hasAlphaChannel() ? alpha : whole);
+        }
     }
 
     void formats()

@@ -3,6 +3,7 @@
 #include <zr8bitkit/zr8bittvcsheet.h>
 #include <zr8bitlib/zr8bittvccolor16.h>
 
+#include <QtGui/QPainter>
 #include <QtTest/QtTest>
 
 using namespace Qt::StringLiterals;
@@ -18,44 +19,56 @@ private Q_SLOTS:
     {
         const QByteArray sprite = QByteArray::fromHex("88aa00025555ff55").repeated(6) +
                                   QByteArray::fromHex("00000000ffffffff"); // all is transparent
-        QList<QImage> frames;
-        QString error;
-        QVERIFY(Sheet::framesOfSprite(sprite + sprite.first(2), QSize(3, 2), frames, error));
+        QList<QImage> frames = Sheet::framesOfSprite(sprite + sprite.first(2), QSize(3, 2));
         QCOMPARE(frames.size(), 7);
         for (const int columns : {1, 3, 7, 100}) {
-            QImage sheet;
-            QVERIFY(Sheet::join(frames, columns, sheet, error));
+            QImage sheet = Sheet::join(frames, columns);
             QCOMPARE(sheet.width(), 3 * std::min(columns, 7));
             QByteArray png;
             QBuffer buffer(&png);
             QVERIFY(sheet.save(&buffer, "png"));
-            QVERIFY(Sheet::cut(QImage::fromData(png), QSize(3, 2), frames, error));
+            frames = Sheet::cut(QImage::fromData(png), QSize(3, 2));
             QCOMPARE(ZR::ZR8BitTVCColor16::QImagesToTVC16Sprite(frames, Qt::magenta), sprite);
             sheet.setPixel(sheet.width() - 1, sheet.height() - 1, 0xFF0000FF); // in a cell that is left over
-            QVERIFY(Sheet::cut(sheet, QSize(3, 2), frames, error));
-            QCOMPARE(frames.size(), columns == 3 ? 9 : 7);
-            frames.resize(7);
-            frames[6].fill(Qt::transparent);
+            QCOMPARE(Sheet::cut(sheet, QSize(3, 2)).size(), columns == 3 ? 9 : 7);
         }
-        const QImage ground = Sheet::onCheckerboard(frames[0], QSize(1, 2));
-        QCOMPARE(ground.pixel(0, 0), 0xFFFF0000U);
-        QVERIFY(ground.pixel(1, 0) == ground.pixel(1, 1) && ground.pixel(1, 1) != ground.pixel(0, 1));
+    }
+
+    void ground()
+    {
+        QImage picture(2, 300, QImage::Format_ARGB32);
+        for (int y = 0; y < picture.height(); ++y) {
+            picture.setPixel(0, y, qRgba(y % 256, 255 - y % 256, 40, y % 256));
+            picture.setPixel(1, y, 0);
+        }
+        QImage ground = Sheet::onCheckerboard(picture, QSize(1, 150));
+        QVERIFY(ground.pixel(1, 0) == ground.pixel(1, 149) && ground.pixel(1, 149) != ground.pixel(1, 150));
+        QImage painted =
+            Sheet::onCheckerboard(QImage(picture).copy(1, 0, 1, 300).scaled(2, 300), QSize(1, 150));
+        QPainter(&painted).drawImage(0, 0, picture);
+        for (int y = 0; y < picture.height(); ++y) {
+            const QColor found = ground.pixelColor(0, y);
+            const QColor wanted = painted.pixelColor(0, y);
+            QVERIFY(std::abs(found.red() - wanted.red()) <= 1 && std::abs(found.blue() - wanted.blue()) <= 1);
+        }
+        picture.setDevicePixelRatio(2);
+        QCOMPARE(Sheet::onCheckerboard(picture, QSize(1, 150)), ground);
+        QCOMPARE(Sheet::withTransparent(picture, QColor(7, 248, 40)).pixel(0, 7), 0U);
+        QCOMPARE(Sheet::withTransparent(picture, QColor(7, 248, 40)).pixel(0, 8), picture.pixel(0, 8));
     }
 
     void refused()
     {
         const QImage sheet(4, 6, QImage::Format_Mono);
-        QList<QImage> frames;
-        QImage joined;
         QString error;
-        QVERIFY(!Sheet::cut(sheet, QSize(2, 4), frames, error));
+        QVERIFY(Sheet::cut(sheet, QSize(2, 4), &error).isEmpty());
         QVERIFY2(error.contains("4 x 6 pixels, which is no whole number of frames of 2 x 4"_L1),
                  qPrintable(error));
-        QVERIFY(!Sheet::cut(sheet, QSize(-1, 1), frames, error) && error.contains("-1 x 1"_L1));
-        QVERIFY(!Sheet::cut(QImage(), QSize(1, 1), frames, error));
-        QVERIFY(!Sheet::framesOfSprite("ab", QSize(3, 2), frames, error) && frames.isEmpty());
-        QVERIFY(!Sheet::join({sheet, QImage()}, 1, joined, error) && !Sheet::join({}, 1, joined, error));
-        QVERIFY(!Sheet::join({sheet}, 0, joined, error) && joined.isNull());
+        QVERIFY(Sheet::cut(sheet, QSize(-1, 1), &error).isEmpty() && error.contains("-1 x 1"_L1));
+        QVERIFY(Sheet::cut(QImage(), QSize(1, 1)).isEmpty());
+        QVERIFY(Sheet::framesOfSprite("ab", QSize(3, 2)).isEmpty());
+        QVERIFY(Sheet::join({sheet, QImage()}, 1).isNull() && Sheet::join({}, 1).isNull());
+        QVERIFY(Sheet::join({sheet}, 0).isNull());
     }
 };
 

@@ -14,4 +14,5 @@ void addImageCommand(CLI::App &app);
 void addRunCommand(CLI::App &app);
 void addSoundCommand(CLI::App &app);
 void addTextCommand(CLI::App &app);
+void addTVCCommand(CLI::App &app);
 void addSpriteCommand(CLI::App &app);

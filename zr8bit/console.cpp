@@ -6,8 +6,10 @@
 
 #include <QtCore/QtLogging>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <system_error>
 
 #ifdef Q_OS_WIN
@@ -25,21 +27,19 @@ qint64 logWarnings = 0;
 /// The number of the system's error when standard output first failed; 0 as long as it has not.
 int outputError = 0;
 
-/// Notes why standard output failed. Ends the program when its reader is gone.
+/// Notes why standard output failed.
 void noteOutputError()
 {
-#ifdef SIGPIPE
-    if (errno == EPIPE) {
-        std::signal(SIGPIPE, SIG_DFL);
-        std::raise(SIGPIPE);
-    }
-#endif
     if (outputError == 0)
         outputError = errno;
 }
 
 [[noreturn]] void failOutput()
 {
+#ifdef SIGPIPE
+    if (outputError == EPIPE)
+        throw ReaderIsGone();
+#endif
     throw Failure(QStringLiteral("Couldn't write to standard output: %1")
                       .arg(QString::fromLocal8Bit(std::generic_category().message(outputError))));
 }
@@ -90,24 +90,70 @@ void flushOutput()
         failOutput();
 }
 
-void printError(const QString &line)
+void endWithoutReader()
+{
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+#endif
+    std::abort();
+}
+
+QString printable(const QString &text)
 {
     QString shown;
-    for (const QChar character : line) {
+    for (const QChar character : text) {
         if (character.category() == QChar::Other_Control)
             shown += QStringLiteral("\\x") + ZR::ZRNumbers::hexDigits(character.unicode(), 2);
         else
             shown += character;
     }
+    return shown;
+}
+
+void printError(const QString &line)
+{
     if (std::fflush(stdout) != 0) // what was printed before comes first, also where both go to one place
         noteOutputError();
-    std::fprintf(stderr, "%s\n", shown.toUtf8().constData());
+    std::fprintf(stderr, "%s\n", printable(line).toUtf8().constData());
 }
 
 void printWarning(const QString &text)
 {
     printError(QStringLiteral("zr8bit: warning: ") + text);
 }
+
+#ifdef Q_OS_WIN
+ForeignMessages::ForeignMessages() = default;
+ForeignMessages::~ForeignMessages() = default;
+#else
+ForeignMessages::ForeignMessages()
+    : _kept(std::tmpfile())
+    , _standardError(_kept ? dup(STDERR_FILENO) : -1)
+{
+    if (_standardError >= 0)
+        dup2(fileno(_kept), STDERR_FILENO);
+}
+
+ForeignMessages::~ForeignMessages()
+{
+    if (_standardError >= 0) {
+        dup2(_standardError, STDERR_FILENO);
+        close(_standardError);
+        std::rewind(_kept);
+        std::array<char, 1000> line = {};
+        while (std::fgets(line.data(), line.size(), _kept)) {
+            const QString text = QString::fromUtf8(line.data()).trimmed();
+            if (text.startsWith(QLatin1String("zr8bit: ")))
+                printError(text); // our own
+            else if (!text.isEmpty())
+                printWarning(text);
+        }
+    }
+    if (_kept)
+        std::fclose(_kept);
+}
+#endif
 
 void showMessageLog()
 {

@@ -4,6 +4,7 @@
 #include "options.h"
 
 #include <zr8bitkit/zr8bitmachine.h>
+#include <zr8bitkit/zr8bitprocz80.h>
 #include <zr8bitkit/zrmapconfig.h>
 #include <zr8bitkit/zrnumbers.h>
 #include <zr8bitlib/zr8bitprocbase.h>
@@ -79,6 +80,12 @@ void describe(const Options &options)
     for (ZR::ZR8BitRegister *reg : registers)
         printTexts(*reg);
     printInstructions(machine.processor()->commandList());
+    if (const auto *z80 = qobject_cast<ZR::ZR8BitProcZ80 *>(machine.processor())) {
+        for (const int prefix : {0xCB, 0xED, 0xDD, 0xFD, 0xDDCB, 0xFDCB}) {
+            print(QStringLiteral("\nAfter the prefix $%1:\n").arg(QString::number(prefix, 16).toUpper()));
+            printInstructions(z80->commandPage(prefix));
+        }
+    }
 }
 
 } // namespace

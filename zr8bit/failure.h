@@ -18,3 +18,9 @@ public:
 private:
     QString _text;
 };
+
+/// Ends a command with an exit code of its own, and without a word.
+struct ExitStatus
+{
+    int code = 0;
+};

@@ -2,24 +2,15 @@
 
 #include "console.h"
 #include "failure.h"
-#include "interrupts.h"
-#include "progress.h"
 
 #include <zr8bitkit/zrnumbers.h>
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
-#include <QtCore/QScopeGuard>
 #include <QtCore/QStringDecoder>
-#include <QtCore/QTemporaryDir>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
+#include <utility>
 
 namespace {
 
@@ -36,88 +27,15 @@ bool isStandardStream(const QString &path)
     throw Failure(QStringLiteral("Couldn't read %1: %2").arg(inputName(path), file.errorString()));
 }
 
-[[noreturn]] void failToWrite(const QString &path, const QString &reason)
-{
-    throw Failure(QStringLiteral("Couldn't write '%1': %2").arg(path, reason));
-}
-
-/// Whether path is a device or a pipe, which is written to and must not be replaced by a file.
-bool isDevice(const QString &path)
-{
-    const QFileInfo target(path);
-    return target.exists() && !target.isFile() && !target.isDir();
-}
-
-/// Returns whether all of data could be written. A full disk cuts a write short without an error: only the
-/// next write names the cause.
-bool writeAll(QIODevice &file, const QByteArray &data)
-{
-    for (qint64 done = 0; done < data.size();) {
-        const qint64 count = file.write(data.constData() + done, data.size() - done);
-        if (count <= 0)
-            return false;
-        done += count;
-    }
-    return true;
-}
-
-/// Opens a file for writing and writes it.
-void writeFile(QFileDevice &file, const QString &path, const Writer &write)
-{
-    if (!file.open(QIODevice::WriteOnly))
-        failToWrite(path, file.errorString());
-    write(file);
-    if (!file.flush())
-        failToWrite(path, file.errorString());
-}
-
-/// Writes to a device or a pipe. As at standard output, a reader that is gone ends the program.
-void writeDevice(const QString &path, const Writer &write)
-{
-#ifdef SIGPIPE
-    const auto restore =
-        qScopeGuard([handler = std::signal(SIGPIPE, SIG_DFL)] { std::signal(SIGPIPE, handler); });
-#endif
-    QFile device(path);
-    writeFile(device, path, write);
-}
-
-/// What writes all of data, which has to live as long, for the output path.
-Writer writerOf(const QString &path, const QByteArray &data)
-{
-    return [path, &data](QIODevice &file) {
-        if (!writeAll(file, data))
-            failToWrite(path, file.errorString());
-    };
-}
-
-/// Standard output as a device.
-class StandardOutput : public QIODevice
-{
-public:
-    StandardOutput() { open(QIODevice::WriteOnly); }
-    bool isSequential() const override { return true; }
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-    qint64 writeData(const char *data, qint64 size) override
-    {
-        try {
-            printBytes(QByteArray::fromRawData(data, static_cast<qsizetype>(size)));
-        } catch (const Failure &failure) {
-            setErrorString(failure.text());
-            return -1;
-        }
-        return size;
-    }
-};
-
 } // namespace
 
 QByteArray readInput(const QString &path)
 {
     QFile file(path);
     if (isStandardStream(path)) {
+        static bool isRead = false;
+        if (std::exchange(isRead, true))
+            throw Failure(QStringLiteral("Standard input can be read only once!"));
         if (isTerminal(stdin))
             throw InputIsTerminal();
         if (!file.open(stdin, QIODevice::ReadOnly))
@@ -158,70 +76,6 @@ QString readUtf8(const QString &path)
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);
     return text;
-}
-
-void writeOutput(const QString &path, const QByteArray &data)
-{
-    if (isStandardStream(path)) {
-        printBytes(data);
-        return;
-    }
-    writeOutput(path, writerOf(path, data));
-}
-
-void writeOutput(const QString &path, const Writer &write)
-{
-    if (isStandardStream(path)) {
-        StandardOutput output;
-        write(output);
-        return;
-    }
-    if (isDevice(path)) {
-        writeDevice(path, write);
-        return;
-    }
-    const InterruptDelay delay;
-    QSaveFile file(path);
-    writeFile(file, path, write);
-    if (delay.isInterrupted())
-        return; // the temporary file goes, and then the program
-    if (!file.commit())
-        failToWrite(path, file.errorString());
-}
-
-void writeFolder(const QString &path, const QList<NamedData> &files)
-{
-    if (path.isEmpty())
-        failToWrite(path, QStringLiteral("A folder needs a name"));
-    const QDir folder(path);
-    for (const NamedData &file : files) {
-        if (QFileInfo(folder.filePath(file.name)).isDir())
-            failToWrite(folder.filePath(file.name), QStringLiteral("It is a folder"));
-    }
-    // All are written to a temporary folder first: what cannot be written stops the command before anything
-    // has been replaced.
-    if (!folder.mkpath(QStringLiteral(".")))
-        failToWrite(path, QStringLiteral("The folder cannot be made"));
-    const InterruptDelay delay;
-    const QTemporaryDir staging(folder.filePath(QStringLiteral(".zr8bit-XXXXXX")));
-    if (!staging.isValid())
-        failToWrite(path, staging.errorString());
-    Progress progress;
-    qint64 done = 0;
-    for (const NamedData &file : files) {
-        QFile staged(staging.filePath(file.name)); // need not reach the disk before it is renamed
-        writeFile(staged, staged.fileName(), writerOf(staged.fileName(), file.data));
-        progress.show(QStringLiteral("files"), ++done, files.size());
-        if (delay.isInterrupted())
-            return;
-    }
-    for (const NamedData &file : files) {
-        std::error_code error;
-        std::filesystem::rename(QFileInfo(staging.filePath(file.name)).filesystemFilePath(),
-                                QFileInfo(folder.filePath(file.name)).filesystemFilePath(), error);
-        if (error)
-            failToWrite(folder.filePath(file.name), QString::fromLocal8Bit(error.message()));
-    }
 }
 
 QString inputName(const QString &path)

@@ -3,6 +3,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <functional>
 
@@ -22,15 +23,11 @@ QByteArray readInput(const QString &path);
 /// The input as a text, without a byte order mark. Throws as readInput(), and Failure for what is not UTF-8.
 QString readUtf8(const QString &path);
 
-/// Writes the output. A file is written whole or not at all: when it cannot be written, throws Failure and
-/// leaves an existing file as it was.
-void writeOutput(const QString &path, const QByteArray &data);
+/// The input as messages name it: the path in quotes, or "standard input".
+QString inputName(const QString &path);
 
 /// Writes an output piece by piece to the device that it is given. Throws Failure when it cannot.
 using Writer = std::function<void(QIODevice &)>;
-
-/// Writes the output in the same way, without keeping all of it in memory.
-void writeOutput(const QString &path, const Writer &write);
 
 /// A file by its name within a folder.
 struct NamedData
@@ -39,10 +36,40 @@ struct NamedData
     QByteArray data;
 };
 
-/// Writes files into a folder, which is made when it does not exist. When one of them cannot be written,
-/// throws Failure and leaves the files of the folder as they were. The files are written under other names
-/// and renamed at the end: if the system refuses to rename one, those before it have been replaced.
-void writeFolder(const QString &path, const QList<NamedData> &files);
+/// The outputs of a command, which are written together: all of them or, when one fails, none.
+///
+/// Files are written under other names and renamed at the end, so that existing ones stay as they were until
+/// then, also when an interrupt ends the program: if the system refuses to rename one, those before it have
+/// been replaced. Devices, pipes and standard output are written to as they are, when all files are ready.
+class Outputs
+{
+public:
+    /// Adds a file, a device or standard output.
+    void add(const QString &path, const Writer &write);
+    void add(const QString &path, const QByteArray &data);
 
-/// The input as messages name it: the path in quotes, or "standard input".
-QString inputName(const QString &path);
+    /// Adds files of a folder, which is made when it does not exist. Its other files stay as they are.
+    void addFolder(const QString &path, const QList<NamedData> &files);
+
+    /// Writes them. Throws Failure when it cannot, and when two of them are one file.
+    void write();
+
+private:
+    void _refuseRepeated() const;
+
+    struct Output
+    {
+        QString path;
+        Writer write;           ///< empty for a folder
+        QList<NamedData> files; ///< of a folder
+    };
+    QList<Output> _outputs;
+};
+
+/// Writes a single output in the same way.
+void writeOutput(const QString &path, const QByteArray &data);
+void writeOutput(const QString &path, const Writer &write);
+
+/// The first output that is the same file as one in front of it, by the same name, by a link or by another
+/// way through the folders; an empty text when there is none. To be asked before a long job.
+QString repeatedOutput(const QStringList &paths);

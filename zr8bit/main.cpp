@@ -3,6 +3,8 @@
 #include "failure.h"
 #include "files.h"
 
+#include <zr8bitlib/zr8bitlib_version.h>
+
 #include <CLI/CLI.hpp>
 
 #include <QtCore/QCoreApplication>
@@ -76,6 +78,8 @@ int parse(CLI::App &app)
         std::ostringstream text;
         app.exit(help, text);
         print(QString::fromStdString(text.str()));
+    } catch (const ExitStatus &exit) {
+        return exit.code;
     } catch (const CLI::ParseError &error) {
         printError(QStringLiteral("zr8bit: ") + problemText(app, error));
         printError(QStringLiteral("Run with --help for more information."));
@@ -87,11 +91,13 @@ int parse(CLI::App &app)
 int runCommandLine()
 {
     CLI::App app("Runs configured 8-bit machines and converts data of the Videoton TV Computer (TVC).\n"
-                 "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line.",
+                 "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line.\n"
+                 "The examples of the help texts are installed in share/doc/zr8bit/examples.",
                  "zr8bit");
-    app.set_version_flag("--version", "zr8bit " ZR_VERSION);
+    app.set_version_flag("--version", "zr8bit " ZR8BITLIB_VERSION_STR);
     app.require_subcommand(1);
     addRunCommand(app);
+    addTVCCommand(app);
     addDescribeCommand(app);
     addDisassembleCommand(app);
     addTextCommand(app);
@@ -104,6 +110,8 @@ int runCommandLine()
         const int exitCode = parse(app);
         flushOutput();
         return exitCode;
+    } catch (const ReaderIsGone &) {
+        endWithoutReader();
     } catch (const Failure &failure) {
         printError(QStringLiteral("zr8bit: ") + failure.text());
     } catch (const std::bad_alloc &) {
@@ -139,6 +147,24 @@ void prepareStandardStreams()
 #endif
 }
 
+/// Refuses arguments that are not UTF-8: two names of files could become the same.
+bool checkArguments(int argc, char *argv[])
+{
+#ifndef Q_OS_WIN
+    for (int i = 1; i < argc; ++i) {
+        if (!QByteArrayView(argv[i]).isValidUtf8()) {
+            printError(QStringLiteral("zr8bit: argument %1 is not UTF-8: '%2'")
+                           .arg(QString::number(i), QString::fromUtf8(argv[i])));
+            return false;
+        }
+    }
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+#endif
+    return true;
+}
+
 /// In a locale that is not UTF-8, Qt warns while it starts, and then uses UTF-8 all the same.
 void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
@@ -148,6 +174,8 @@ int main(int argc, char *argv[])
 {
     ignoreWriteSignals();
     prepareStandardStreams();
+    if (!checkArguments(argc, argv))
+        return WrongCommandLine;
     qInstallMessageHandler(ignoreMessage);
     const QCoreApplication application(argc, argv);
     showMessageLog();

@@ -2,6 +2,7 @@
 
 #include <zr8bitkit/zrnumbers.h>
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 
 namespace {
 
-/// Writes the help text behind a text of examples.
+/// Writes the help text after a text of examples.
 class ExamplesFormatter : public CLI::Formatter
 {
 public:
@@ -27,6 +28,16 @@ private:
     std::string _examples;
 };
 
+/// How a value is written, for a message: nothing when it is written so, and its range is what is wrong.
+QString spelling(const QString &value, const QString &example)
+{
+    static const QRegularExpression digits(QStringLiteral("\\$[0-9a-f]+|0x[0-9a-f]+|[0-9]+"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const auto form = [](QString text) { return text.remove(u'-').replace(digits, QStringLiteral("N")); };
+    return form(value) == form(example.section(u',', 0, 0)) ? QString()
+                                                            : QStringLiteral(", written as ") + example;
+}
+
 } // namespace
 
 bool lexical_cast(const std::string &value, QString &target)
@@ -35,16 +46,21 @@ bool lexical_cast(const std::string &value, QString &target)
     return true;
 }
 
+int parseNumber(const std::string &name, const QString &value, const QString &what, NumberRange range)
+{
+    const std::optional<int> number = ZR::ZRNumbers::parse(value);
+    if (number && *number >= range.smallest && *number <= range.largest)
+        return *number;
+    failOption(name, value,
+               QStringLiteral("%1 from %2 to %3").arg(what).arg(range.smallest).arg(range.largest) +
+                   spelling(value, QStringLiteral("512, 0x200 or $200")));
+}
+
 CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
                              NumberRange range, std::optional<int> &target, const std::string &description)
 {
     const auto store = [name, range, &target](const QString &value) {
-        target = ZR::ZRNumbers::parse(value);
-        if (!target || *target < range.smallest || *target > range.largest)
-            failOption(name, value,
-                       QStringLiteral("a number from %1 to %2, written as 512, 0x200 or $200")
-                           .arg(range.smallest)
-                           .arg(range.largest));
+        target = parseNumber(name, value, QStringLiteral("a number"), range);
     };
     return command.add_option_function<QString>(name, store, description)->type_name(valueName);
 }
@@ -57,9 +73,9 @@ CLI::Option *addSizeOption(CLI::App &command, const std::string &name, int longe
         const QSize size(ZR::ZRNumbers::parse(sides.front()).value_or(0),
                          ZR::ZRNumbers::parse(sides.back()).value_or(0));
         if (sides.size() != 2 || size.isEmpty() || std::max(size.width(), size.height()) > longestSide)
-            failOption(
-                name, value,
-                QStringLiteral("a width and a height from 1 to %1, written as 128x240").arg(longestSide));
+            failOption(name, value,
+                       QStringLiteral("a width and a height from 1 to %1").arg(longestSide) +
+                           spelling(value, QStringLiteral("128x240")));
         target = size;
     };
     return command.add_option_function<QString>(name, store, description)->type_name("WxH");
@@ -79,12 +95,13 @@ void addWordOption(CLI::App &command, const std::string &name, const QStringList
     command.add_option_function<QString>(name, store, description)->type_name(words.join(u'|').toStdString());
 }
 
-void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText)
+void addInstructionsOption(CLI::App &command, ZR::ZR8BitMachine::Instructions &target,
+                           const std::string &defaultText)
 {
-    const QStringList words{QStringLiteral("documented"), QStringLiteral("all")};
+    using Instructions = ZR::ZR8BitMachine::Instructions;
     addWordOption(
-        command, "--instructions", words,
-        [words, &target](size_t index) { target = words.at(static_cast<qsizetype>(index)); },
+        command, "--instructions", {QStringLiteral("documented"), QStringLiteral("all")},
+        [&target](size_t index) { target = index == 0 ? Instructions::Documented : Instructions::All; },
         "Instructions of the complete processor; " + defaultText);
 }
 

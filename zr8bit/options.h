@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zr8bitkit/zr8bitmachine.h>
+
 #include <QtCore/QSize>
 #include <QtCore/QString>
 
@@ -30,6 +32,10 @@ struct NumberRange
     int largest = std::numeric_limits<int>::max();
 };
 
+/// The number that a value of an option is; what says what it is the number of. Ends parsing when it is none
+/// or out of the range.
+int parseNumber(const std::string &name, const QString &value, const QString &what, NumberRange range);
+
 /// Adds an option that takes a number, written as 512, 0x200 or $200. Any other value is a wrong command
 /// line. target must live until the command line has been parsed.
 CLI::Option *addNumberOption(CLI::App &command, const std::string &name, const std::string &valueName,
@@ -46,7 +52,8 @@ void addWordOption(CLI::App &command, const std::string &name, const QStringList
                    const std::function<void(size_t)> &choose, const std::string &description);
 
 /// Adds the option --instructions, which takes the words documented and all.
-void addInstructionsOption(CLI::App &command, QString &target, const std::string &defaultText);
+void addInstructionsOption(CLI::App &command, ZR::ZR8BitMachine::Instructions &target,
+                           const std::string &defaultText);
 
 /// Adds the argument INPUT, a file to read or "-" for standard input, which it is by default.
 void addInputArgument(CLI::App &command, QString &target, const std::string &description);

@@ -6,16 +6,19 @@
 #include "options.h"
 #include "progress.h"
 
+#include <zr8bitkit/zr8bittvcmidi.h>
+#include <zr8bitkit/zr8bittvcpitch.h>
+#include <zr8bitkit/zr8bittvcsoundplot.h>
+#include <zr8bitkit/zr8bittvctune.h>
 #include <zr8bitkit/zr8bittvcwave.h>
-#include <zr8bitkit/zrnumbers.h>
-#include <zr8bitlib/zr8bittvcsound.h>
 
-#include <QtCore/QBuffer>
-
-#include <algorithm>
 #include <memory>
 
-using ZR::ZR8BitTVCSound;
+using ZR::ZR8BitTVCMidi;
+using ZR::ZR8BitTVCMidiReport;
+using ZR::ZR8BitTVCPitch;
+using ZR::ZR8BitTVCSoundPlot;
+using ZR::ZR8BitTVCTune;
 using ZR::ZR8BitTVCWave;
 
 namespace {
@@ -23,8 +26,15 @@ namespace {
 struct Options
 {
     Files files;
-    QString format = QStringLiteral("vpd");
-    QString separator = QStringLiteral(",");
+    ZR8BitTVCTune::Options tune;
+};
+
+struct ImportOptions
+{
+    Files files;
+    std::optional<int> track;
+    std::optional<int> channel;
+    std::optional<int> tick;
 };
 
 struct RenderOptions
@@ -42,30 +52,69 @@ struct PitchOptions
     bool areValues = false;
 };
 
-/// The cause of a failed conversion is in the message log.
-void check(bool isConverted, const Options &options)
+/// Throws Failure for what the kit has refused.
+void check(bool isDone, const QString &verb, const QString &input, const QString &error)
 {
-    if (!isConverted)
-        throw Failure(QStringLiteral("Couldn't convert %1!").arg(inputName(options.files.input)));
+    if (!isDone)
+        throw Failure(QStringLiteral("Couldn't %1 %2: %3").arg(verb, inputName(input), error));
 }
 
 void encode(const Options &options)
 {
-    QString text = readUtf8(options.files.input);
-    // The end of a file's last line is not a part of the sound.
-    if (text.endsWith(u'\n'))
-        text.chop(text.endsWith(QLatin1String("\r\n")) ? 2 : 1);
+    const QString text = readUtf8(options.files.input);
     QByteArray sound;
-    check(ZR8BitTVCSound::soundToBin(text, sound, options.format, options.separator), options);
+    QString error;
+    check(ZR8BitTVCTune::toBytes(text, sound, options.tune, &error), QStringLiteral("convert"),
+          options.files.input, error);
     writeOutput(options.files.output, sound);
+}
+
+/// The text of a sound.
+QString textOf(const QByteArray &sound, const QString &input, const ZR8BitTVCTune::Options &options)
+{
+    QString text;
+    QString error;
+    check(ZR8BitTVCTune::fromBytes(sound, text, options, &error), QStringLiteral("convert"), input, error);
+    return text + u'\n';
 }
 
 void decode(const Options &options)
 {
     const QByteArray sound = readInput(options.files.input);
-    QString text;
-    check(ZR8BitTVCSound::binToSound(sound, text, options.format, options.separator), options);
-    writeOutput(options.files.output, (text + u'\n').toUtf8());
+    writeOutput(options.files.output, textOf(sound, options.files.input, options.tune).toUtf8());
+}
+
+/// Warns of notes that a tune has lost.
+void warn(const ZR8BitTVCMidiReport &report)
+{
+    const QString notes = QString::number(report.notes);
+    if (report.hidden > 0)
+        printWarning(QStringLiteral("%1 of %2 notes are not heard: higher ones sound, or a tick is too long")
+                         .arg(QString::number(report.hidden), notes));
+    if (report.outOfRange > 0)
+        printWarning(QStringLiteral("%1 of %2 notes are not heard: they are below G1, the lowest")
+                         .arg(QString::number(report.outOfRange), notes));
+    if (report.drums > 0)
+        printWarning(QStringLiteral("%1 notes of drums, on channel 10, are left out").arg(report.drums));
+}
+
+void importMidi(const ImportOptions &options)
+{
+    const QString &input = options.files.input;
+    ZR8BitTVCMidi::Options midi;
+    midi.track = options.track.value_or(midi.track);
+    midi.channel = options.channel.value_or(midi.channel);
+    midi.tick = options.tick.value_or(midi.tick);
+    QByteArray sound;
+    ZR8BitTVCMidiReport report;
+    QString error;
+    check(ZR8BitTVCMidi::toSound(readInput(input), sound, midi, &report, &error), QStringLiteral("import"),
+          input, error);
+    warn(report);
+    ZR8BitTVCTune::Options notes;
+    notes.notes = true;
+    const QString head = QStringLiteral("# volume, note, ticks of %1 ms\n").arg(midi.tick);
+    writeOutput(options.files.output, (head + textOf(sound, input, notes)).toUtf8());
 }
 
 void render(const RenderOptions &options)
@@ -75,43 +124,40 @@ void render(const RenderOptions &options)
     wave.tick = options.tick.value_or(wave.tick);
     wave.rate = options.rate.value_or(wave.rate);
     QString error;
-    const auto check = [&options, &error](bool isWritten) {
-        if (!isWritten)
-            throw Failure(
-                QStringLiteral("Couldn't render %1: %2").arg(inputName(options.files.input), error));
+    const auto checkRendered = [&options, &error](bool isRendered) {
+        check(isRendered, QStringLiteral("render"), options.files.input, error);
     };
-    QBuffer plot; // made before anything is written
-    plot.open(QIODevice::WriteOnly);
-    if (!options.plot.isEmpty())
-        check(ZR8BitTVCWave::writePlot(sound, wave, plot, error));
-    writeOutput(options.files.output, [&](QIODevice &file) {
-        const InterruptDelay delay;
+    Outputs outputs;
+    if (!options.plot.isEmpty()) // first, for it is quick
+        outputs.add(options.plot, [&](QIODevice &file) {
+            checkRendered(ZR8BitTVCSoundPlot::write(sound, wave, file, &error));
+        });
+    outputs.add(options.files.output, [&](QIODevice &file) {
         Progress progress;
         const auto follow = [&](qint64 done, qint64 total) {
             progress.show(QStringLiteral("seconds"), done / wave.rate, total / wave.rate);
-            return !delay.isInterrupted();
+            return !InterruptDelay::isInterrupted();
         };
-        check(ZR8BitTVCWave::writeWave(sound, wave, file, follow, error));
+        checkRendered(ZR8BitTVCWave::writeWave(sound, wave, file, follow, &error));
     });
-    if (!options.plot.isEmpty())
-        writeOutput(options.plot, plot.data());
+    outputs.write();
 }
 
 /// What a pitch plays, and how far that is from the frequency that is wanted.
 QString pitchText(int pitch, double wanted)
 {
-    const double frequency = ZR8BitTVCWave::pitchFrequency(pitch);
+    const double frequency = ZR8BitTVCPitch::frequency(pitch);
     return QStringLiteral("%1 Hz, %2 cents")
         .arg(QString::number(frequency, 'f', 3),
-             QString::number(ZR8BitTVCWave::cents(frequency, wanted), 'f', 2));
+             QString::number(ZR8BitTVCPitch::cents(frequency, wanted), 'f', 2));
 }
 
 /// The line about a note or a frequency.
 QString noteLine(const QString &word)
 {
-    const double note = ZR8BitTVCWave::noteFrequency(word);
+    const double note = ZR8BitTVCPitch::noteFrequency(word);
     const double frequency = note != 0 ? note : word.toDouble();
-    const int pitch = ZR8BitTVCWave::nearestPitch(frequency);
+    const int pitch = ZR8BitTVCPitch::nearest(frequency);
     if (pitch == 0)
         failOption(
             "NOTE", word,
@@ -123,12 +169,11 @@ QString noteLine(const QString &word)
 /// The line about a pitch.
 QString valueLine(const QString &word)
 {
-    const int pitch = ZR::ZRNumbers::parse(word).value_or(0);
-    const QString note = ZR8BitTVCWave::nearestNote(ZR8BitTVCWave::pitchFrequency(pitch));
-    if (note.isEmpty())
-        failOption("--value", word, QStringLiteral("a pitch from 1 to 4095, written as 512, 0x200 or $200"));
+    const int pitch = parseNumber("--value", word, QStringLiteral("a pitch"),
+                                  {ZR8BitTVCPitch::Lowest, ZR8BitTVCPitch::Highest});
+    const QString note = ZR8BitTVCPitch::nearestNote(ZR8BitTVCPitch::frequency(pitch));
     return QStringLiteral("%1: %2, %3\n")
-        .arg(word, note, pitchText(pitch, ZR8BitTVCWave::noteFrequency(note)));
+        .arg(word, note, pitchText(pitch, ZR8BitTVCPitch::noteFrequency(note)));
 }
 
 void printPitches(const PitchOptions &options)
@@ -137,15 +182,6 @@ void printPitches(const PitchOptions &options)
     for (const QString &word : options.words)
         lines += options.areValues ? valueLine(word) : noteLine(word);
     print(lines);
-}
-
-/// Ends parsing when a format has other letters than v, p and d or does not meet a condition.
-void checkFormat(const QString &format, bool isGood, const QString &expected)
-{
-    if (!isGood || std::any_of(format.begin(), format.end(), [](QChar letter) {
-            return !QStringLiteral("vpd").contains(letter, Qt::CaseInsensitive);
-        }))
-        failOption("--format", format, expected);
 }
 
 void addFormatOption(CLI::App &command, QString &target)
@@ -163,23 +199,48 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
     CLI::App *command = addCommand(group, name, description, examples);
     auto options = std::make_shared<Options>();
     addFiles(*command, options->files);
-    addFormatOption(*command, options->format);
+    addFormatOption(*command, options->tune.format);
     command
-        ->add_option("--separator", options->separator,
+        ->add_option("--separator", options->tune.separator,
                      "What stands between the numbers, without digits; a comma by default")
         ->type_name("TEXT");
-    command->footer("A value out of range becomes the largest one, with a warning. The text ends with the\n"
-                    "number 240, the stream with the byte 0xF0; an end that is missing is added.");
+    command->add_flag("--rests", options->tune.rests, "A note \"-\" is silence");
+    if (convert == decode)
+        command->add_flag("--notes", options->tune.notes,
+                          "Write notes for pitches that are exactly theirs, and a record a line");
+    command->footer(
+        "A value out of range becomes the largest one, with a warning. The text ends with the\n"
+        "number 240, the stream with the byte 0xF0; an end that is missing is added. In a text, a\n"
+        "note such as A4, C#5 or Eb3 may stand for a pitch, ends of lines separate numbers too, and\n"
+        "\"#\" after white space begins a comment, which goes on to the end of the line.");
     command->callback([convert, options] {
-        checkFormat(options->format, !options->format.isEmpty(),
-                    QStringLiteral("one or more of the letters v, p and d"));
-        // Numbers that run into each other could not be read back.
-        const QString &separator = options->separator;
-        if (separator.isEmpty() || std::any_of(separator.begin(), separator.end(),
-                                               [](QChar character) { return character.isDigit(); }))
-            failOption("--separator", separator, QStringLiteral("one or more characters without a digit"));
+        QString error;
+        if (!ZR8BitTVCTune::isGood(options->tune, &error))
+            throw CLI::ValidationError(error.toStdString());
         convert(*options);
     });
+}
+
+void addImportCommand(CLI::App &group)
+{
+    CLI::App *command =
+        addCommand(group, "import", "Turn a MIDI file into a text of volumes, notes and durations.",
+                   {"zr8bit sound import examples/tune.mid --track 2 -o tune.txt",
+                    "zr8bit sound import examples/tune.mid --channel 2 | zr8bit sound encode | zr8bit sound "
+                    "render -o bass.wav"});
+    auto options = std::make_shared<ImportOptions>();
+    addInputArgument(*command, options->files.input, "Standard MIDI file");
+    addOutputOption(*command, options->files.output, "File for the text");
+    addNumberOption(*command, "--track", "N", {1, 0xFFFF}, options->track,
+                    "Take the notes of one track, counted from 1 on; all by default");
+    addNumberOption(*command, "--channel", "N", {1, 16}, options->channel,
+                    "Take the notes of one channel, 1 to 16; all but 10 by default, which has the drums");
+    addNumberOption(*command, "--tick", "MS", {ZR8BitTVCWave::ShortestTick, ZR8BitTVCWave::LongestTick},
+                    options->tick, "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
+    command->footer(
+        "The TVC has one voice: the highest note that sounds is taken, with its velocity as volume.\n"
+        "Changes of the tempo count. Warnings say how many notes were left out.");
+    command->callback([options] { importMidi(*options); });
 }
 
 void addRenderCommand(CLI::App &group)
@@ -193,10 +254,10 @@ void addRenderCommand(CLI::App &group)
     addInputArgument(*command, options->files.input, "File with the bytes of the sound");
     addOutputOption(*command, options->files.output, "File for the WAVE");
     addFormatOption(*command, options->wave.format);
-    addNumberOption(*command, "--tick", "MS", {1, 250}, options->tick,
-                    "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
-    addNumberOption(*command, "--rate", "HZ", {8000, 192000}, options->rate,
-                    "Samples a second, 8000 to 192000; 44100 by default");
+    addNumberOption(*command, "--tick", "MS", {ZR8BitTVCWave::ShortestTick, ZR8BitTVCWave::LongestTick},
+                    options->tick, "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
+    addNumberOption(*command, "--rate", "HZ", {ZR8BitTVCWave::LowestRate, ZR8BitTVCWave::HighestRate},
+                    options->rate, "Samples a second, 8000 to 192000; 44100 by default");
     command->add_option("--plot", options->plot, "File for a plot of the notes over time, as SVG")
         ->type_name("FILE");
     command->footer(
@@ -204,12 +265,12 @@ void addRenderCommand(CLI::App &group)
         "at volume 15,\nwithout d for one tick. Above half the sample rate it is silent. The plot "
         "shows the volume as opacity.");
     command->callback([options] {
-        const QString &format = options->wave.format;
-        const auto count = [&format](QChar letter) { return format.count(letter, Qt::CaseInsensitive); };
-        checkFormat(format, count(u'v') <= 1 && count(u'p') == 1 && count(u'd') <= 1,
-                    QStringLiteral("the letter p, with v and d or without, each once"));
-        if (options->plot == options->files.output)
-            failOption("--plot", options->plot, QStringLiteral("another file than the WAVE"));
+        QString error;
+        if (!ZR8BitTVCWave::isFormat(options->wave.format, &error))
+            throw CLI::ValidationError("--format", error.toStdString());
+        if (!options->plot.isEmpty() && !repeatedOutput({options->files.output, options->plot}).isEmpty())
+            throw CLI::ValidationError(
+                "--plot", QStringLiteral("'%1' and the WAVE are one file").arg(options->plot).toStdString());
         render(*options);
     });
 }
@@ -246,6 +307,7 @@ void addSoundCommand(CLI::App &app)
         {"zr8bit sound encode examples/scale.txt | zr8bit sound decode",
          "zr8bit sound encode examples/scale.txt | zr8bit sound decode --separator ' ' -o scale.txt"},
         decode);
+    addImportCommand(*group);
     addRenderCommand(*group);
     addPitchCommand(*group);
 }

@@ -3,53 +3,50 @@
 #include "files.h"
 #include "options.h"
 
-#include <zr8bitlib/zr8bittvc.h>
+#include <zr8bitkit/zr8bittvctext.h>
+#include <zr8bitkit/zrnumbers.h>
 
 #include <memory>
 
-using ZR::ZR8BitTVC;
+using ZR::ZR8BitTVCText;
 
 namespace {
 
 struct Options
 {
     Files files;
-    bool lines = false;
+    ZR8BitTVCText::Options text;
 };
 
-/// Looks at the spaces of a conversion's target, which has a character for each one of the source: puts line
-/// ends back when they are to be kept, and counts what else became a space in a warning.
-void finish(const QString &source, QString &target, bool keepLineEnds)
+/// Warns of characters that became spaces.
+void warn(const ZR::ZR8BitTVCTextReport &report)
 {
-    qsizetype lost = 0;
-    for (qsizetype i = 0; i < source.size(); ++i) {
-        const QChar character = source[i];
-        if (target[i] != u' ' || character == u' ')
-            continue;
-        if (keepLineEnds && (character == u'\n' || character == u'\r'))
-            target[i] = character;
-        else
-            ++lost;
-    }
-    if (lost > 0)
+    if (report.lost > 0)
         printWarning(QStringLiteral("%1 of %2 characters have no counterpart and became spaces")
-                         .arg(lost)
-                         .arg(source.size()));
+                         .arg(report.lost)
+                         .arg(report.characters));
+    for (const ZR::ZR8BitTVCTextLoss &loss : report.first)
+        printWarning(QStringLiteral("line %1, column %2: '%3' (U+%4)")
+                         .arg(QString::number(loss.line), QString::number(loss.column),
+                              QString::fromUcs4(&loss.character, 1),
+                              ZR::ZRNumbers::hexDigits(static_cast<int>(loss.character), 4)));
+    if (!report.first.isEmpty() && report.lost > report.first.size())
+        printWarning(QStringLiteral("and %1 more").arg(report.lost - report.first.size()));
 }
 
 void encode(const Options &options)
 {
-    const QString text = readUtf8(options.files.input);
-    QString codes = QString::fromLatin1(ZR8BitTVC::QStringToTVCStr(text));
-    finish(text, codes, options.lines);
-    writeOutput(options.files.output, codes.toLatin1());
+    ZR::ZR8BitTVCTextReport report;
+    const QByteArray codes = ZR8BitTVCText::encode(readUtf8(options.files.input), options.text, &report);
+    warn(report);
+    writeOutput(options.files.output, codes);
 }
 
 void decode(const Options &options)
 {
-    const QByteArray codes = readInput(options.files.input);
-    QString text = ZR8BitTVC::TVCStrToQString(codes);
-    finish(QString::fromLatin1(codes), text, options.lines);
+    ZR::ZR8BitTVCTextReport report;
+    const QString text = ZR8BitTVCText::decode(readInput(options.files.input), options.text, &report);
+    warn(report);
     writeOutput(options.files.output, text.toUtf8());
 }
 
@@ -59,8 +56,12 @@ void addConversion(CLI::App &group, const std::string &name, const std::string &
     CLI::App *command = addCommand(group, name, description, examples);
     auto options = std::make_shared<Options>();
     addFiles(*command, options->files);
-    command->add_flag("--lines", options->lines,
+    command->add_flag("--lines", options->text.lines,
                       "Convert line by line: keep carriage returns and line feeds as they are");
+    if (convert == encode)
+        command->add_flag(
+            "--replace", options->text.replace,
+            "Write stand-ins: plain quotes, dashes and dots, letters without accents and so on");
     command->footer("Line ends have no code in the TVC's character set: without --lines each of their\n"
                     "characters becomes a space, as does all else without a counterpart. A warning says how\n"
                     "many did.");

@@ -10,3 +10,15 @@
     (_setLastError((message), QString::fromLatin1(sourceFile), __LINE__,                                     \
                    QString::fromLocal8Bit(Q_FUNC_INFO)),                                                     \
      false)
+
+namespace ZR {
+
+/// Gives message as the error of a static operation, where that is asked for, and false.
+inline bool fail(QString *error, const QString &message)
+{
+    if (error)
+        *error = message;
+    return false;
+}
+
+} // namespace ZR

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRMESSAGELOGGER_H
+#define ZRMESSAGELOGGER_H
 
 #include <zr8bitkit/zr8bitkit_export.h>
 #include <zrbaselib/zrloggeriface.h>
@@ -19,3 +20,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

@@ -6,6 +6,15 @@ namespace ZR {
 
 std::optional<int> ZRNumbers::parse(const QString &text)
 {
+    using Limits = std::numeric_limits<int>;
+    const std::optional<qint64> number = parseLong(text);
+    if (!number || *number < Limits::min() || *number > Limits::max())
+        return std::nullopt;
+    return static_cast<int>(*number);
+}
+
+std::optional<qint64> ZRNumbers::parseLong(const QString &text)
+{
     QStringView digits(text);
     const bool isNegative = digits.startsWith(u'-');
     if (isNegative)
@@ -24,11 +33,9 @@ std::optional<int> ZRNumbers::parse(const QString &text)
         return std::nullopt;
     bool isNumber = false;
     const qint64 size = digits.toLongLong(&isNumber, base);
-    const qint64 number = isNegative ? -size : size;
-    using Limits = std::numeric_limits<int>;
-    if (!isNumber || number < Limits::min() || number > Limits::max())
+    if (!isNumber)
         return std::nullopt;
-    return static_cast<int>(number);
+    return isNegative ? -size : size;
 }
 
 QString ZRNumbers::hexDigits(int number, int digits)

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef ZRNUMBERS_H
+#define ZRNUMBERS_H
 
 #include <zr8bitkit/zr8bitkit_export.h>
 
@@ -17,6 +18,9 @@ public:
     /// any other text, also one with blanks around it, nor for a number beyond the range of int.
     static std::optional<int> parse(const QString &text);
 
+    /// The same for a number of 64 bits.
+    static std::optional<qint64> parseLong(const QString &text);
+
     /// A number in base 16, in capitals and with zeros in front up to the given count of digits. One below 0
     /// becomes its 32 bits.
     static QString hexDigits(int number, int digits);
@@ -26,3 +30,5 @@ public:
 };
 
 } // namespace ZR
+
+#endif

@@ -22,7 +22,7 @@ int main()
         std::fprintf(stderr, "%s\n", qPrintable(machine.lastErrorStr()));
         return 1;
     }
-    while (machine.run(1) == ZR::ZR8BitMachine::RunEnd::Count)
+    while (machine.run({1}) == ZR::ZR8BitMachine::RunEnd::Count)
         std::printf("AC = %d\n", machine.findRegister(u"AC"_s)->value());
     std::printf("%s\n", qPrintable(machine.processor()->hardwareIssueMsg()));
 

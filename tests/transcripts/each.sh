@@ -10,7 +10,7 @@ while IFS='|' read -r example words to; do
   words=${words/INPUT/${1:-examples/$example}}
   errors=$(eval "$2" 2>&1 >printed)
   echo "[$?] $(diff -rq old out >/dev/null || echo 'new output ')${errors##*$'\n'}"
-done <<'END' | sed -E "s/(: .*): [^:]*$/\1/; s/(line .*): .*/\1/; s#/[.]zr8bit-[^/]*##; s/ *$//" | sort | uniq -c
+done <<'END' | sed -E "s/(: .*): [^:]*$/\1/; s/([Ll]ine [0-9]+): .*/\1/; s#/[.]zr8bit-[^/]*##; s/ *$//" | sort | uniq -c
 example.ini|run INPUT --trace --set XR=2 --set YR=3 --start 0x200 --until 0x216|
 title.rom|run examples/example.ini --steps 0 --load INPUT@0|--save out/file@0:16
 sieve.bin|disassemble INPUT|-o out/file
