@@ -534,7 +534,7 @@ private Q_SLOTS:
     {
         Machine machine(false);
         ZR8BitChipIface &chip = machine.processor;
-        machine.set(u"0200=205634 3456=4c5634 4000=d0fe 0300=20000300 01f0=50fe SP=ff PS=e2"_s);
+        machine.set(u"0200=205634 3456=4c5634 4000=d0fe 0300=20000300 01f0=50fe fffc=0040 SP=ff PS=e2"_s);
         chip.setProgramCounter(0x0200);
         QVERIFY(chip.isCallNext() && !chip.isWaiting() && chip.acceptsIRQ());
         QCOMPARE(chip.instructionText(0x0200), u"JSR $3456"_s);
@@ -561,6 +561,10 @@ private Q_SLOTS:
         QVERIFY(chip.setRegisterValue(u"PS"_s, 0x20));
         machine.step();
         QVERIFY(chip.isWaiting()); // BNE
+        QVERIFY(chip.setRegisterValue(u"PS"_s, 0x22) && !chip.isWaiting());
+        QVERIFY(chip.setRegisterValue(u"PS"_s, 0x20) && machine.step() > 0 && chip.isWaiting());
+        chip.reset(); // to the loop
+        QVERIFY(!chip.isWaiting());
         chip.setProgramCounter(0x5000);
         QVERIFY(machine.step() > 0);
         chip.setProgramCounter(0x4000);

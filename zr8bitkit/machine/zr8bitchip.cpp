@@ -58,6 +58,7 @@ quint16 ZR8BitChip::programCounter() const
 
 void ZR8BitChip::setProgramCounter(quint16 address)
 {
+    _core->waitsAt = ZR8BitChipCore::Nowhere;
     _core->movePC(address);
 }
 
@@ -87,6 +88,7 @@ bool ZR8BitChip::setRegisterValue(const QString &id, int value)
     if (!view || value < 0 || value >> 8 * view->bytes != 0)
         return false;
     const ZR8BitChipCore::Snapshot before = _core->snapshot();
+    _core->waitsAt = ZR8BitChipCore::Nowhere; // the loop may end by it
     _core->setValue(*view, value);
     _core->announceSince(before);
     return true;

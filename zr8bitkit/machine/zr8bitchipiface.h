@@ -89,7 +89,9 @@ public:
     // Waiting
 
     /// Whether the instruction that ran last has left the processor where it was and will do so again until
-    /// an interrupt comes: a jump to itself, a halt.
+    /// an interrupt comes: a jump to itself, a halt. No loop is known any more after a reset, or once a
+    /// register has been set here; what a host changes in the memory or by register objects shows after the
+    /// next step.
     virtual bool isWaiting() const = 0;
     /// Whether the processor would take an IRQ now, if the line were active.
     virtual bool acceptsIRQ() const = 0;

@@ -96,6 +96,7 @@ void ZR8BitProcMOS6510Full::reset()
     resetHardwareIssue();
     Chip &chip = _d->chip;
     chip.nmi = false;
+    _core->waitsAt = Chip::Nowhere;
     if (_registers.isEmpty())
         return;
 
