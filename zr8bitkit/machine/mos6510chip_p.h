@@ -132,7 +132,6 @@ struct Chip : ZR8BitChipCore
     int base = InChip;    ///< the address without the offset; InChip for none
     int address = InChip; ///< the operand's address
     int held = 0;         ///< the operand when it has no address
-    bool fetched = false; ///< whether the instruction came from memory at pc, by a step
 };
 
 } // namespace ZR::MOS6510

@@ -62,7 +62,8 @@ struct Chip : ZR8BitChipCore
                {"DE'", ShadowDE, 2}, {"HL'", ShadowHL, 2}, {"PC", PC, 2}})
     {
         addPart("IRQ data", irqData);
-        addPart("halted", halted);
+        parts.push_back({"halted", 1, 1, [this] { return quint64(isHalted()); },
+                         [this](quint64 value) { haltedAt = value ? get(PC) : Nowhere; }});
         addPart("last instruction", last, LoadedIFF2);
     }
 
@@ -82,6 +83,8 @@ struct Chip : ZR8BitChipCore
         set(other, value);
     }
 
+    /// Whether a HALT waits. It does not where the host has moved PC since.
+    bool isHalted() const { return haltedAt == get(PC); }
     bool flag(Flag flag) const { return (get(F) & flag) != 0; }
     int flags(int mask) const { return get(F) & mask; }
     /// Sets the flags as a calculation does, which Q remembers.
@@ -123,8 +126,8 @@ struct Chip : ZR8BitChipCore
         jump(address);
     }
 
-    quint8 irqData = 0xFF; ///< what the device on IRQ puts on the bus
-    bool halted = false;
+    quint8 irqData = 0xFF;  ///< what the device on IRQ puts on the bus
+    int haltedAt = Nowhere; ///< the program counter, where a HALT waits
     Last last = Other;
     int pc = 0;      ///< where the instruction is
     int target = 0;  ///< where the next one is

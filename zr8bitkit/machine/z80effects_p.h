@@ -52,7 +52,7 @@ struct Effects : Calculations
     // clang-format off
     static void nop(Chip &, int, const quint8 *) {}
     static void prefix(Chip &c, int, const quint8 *) { c.last = WasPrefix; c.set(Q, c.lastQ); }
-    static void halt(Chip &c, int, const quint8 *) { c.halted = true; }
+    static void halt(Chip &c, int, const quint8 *) { c.haltedAt = c.fetched ? c.target : c.pc; }
     static void di(Chip &c, int, const quint8 *) { c.set(IFF1, c.set(IFF2, 0)); }
     static void ei(Chip &c, int, const quint8 *)
     {

@@ -58,7 +58,7 @@ inline void takeInterrupt(Chip &c, bool isNMI)
     if (!isNMI && c.last == LoadedIFF2)
         c.set(F, c.flags(~FlagP));
     c.pc = c.target = c.get(PC);
-    c.halted = false;
+    c.haltedAt = Chip::Nowhere;
     c.last = Other;
     c.set(Q, 0);
     c.set(IFF1, 0);

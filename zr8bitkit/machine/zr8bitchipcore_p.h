@@ -139,6 +139,7 @@ struct ZR8BitChipCore
     bool busy = false;        ///< whether an instruction or an interrupt is at work on the chip
     bool stepping = false;    ///< whether a step runs
     bool isStepsRow = false;  ///< whether the instruction that runs next is that of the step
+    bool fetched = false;     ///< whether the instruction that runs is that of the step
     int stepsEnd = 0;         ///< where the program counter goes when the step ends
     int waitsAt = Nowhere;    ///< the program counter, where the last step was an endless jump to itself
     quint64 cyclesOfWait = 1; ///< those that the jump takes

@@ -40,7 +40,7 @@ struct ZR8BitProcZ80::Private
     void run(const Instruction &instruction, int opcode, const quint8 *operand);
     void runDecoded(const Decoded &decoded);
     void rest(quint64 count);
-    quint64 cyclesOfRest() const { return chip.halted ? CyclesOfHalt : chip.cyclesOfWait; }
+    quint64 cyclesOfRest() const { return chip.isHalted() ? CyclesOfHalt : chip.cyclesOfWait; }
 
     ZR8BitProcZ80 &processor;
     Chip &chip;
@@ -99,13 +99,13 @@ void ZR8BitProcZ80::Private::run(const Instruction &instruction, int opcode, con
 {
     if (chip.busy)
         return;
-    const bool isSteps = std::exchange(chip.isStepsRow, false);
+    chip.fetched = std::exchange(chip.isStepsRow, false);
     const bool announces = chip.watched;
     const Chip::Snapshot before = announces ? chip.snapshot() : Chip::Snapshot();
     chip.pc = chip.get(PC);
     chip.target = (chip.pc + instruction.length) & AddressMask;
     chip.alone([&] { perform(chip, instruction, opcode, operand); });
-    if (isSteps)
+    if (chip.fetched)
         chip.stepsEnd = chip.target;
     if (announces)
         chip.announceSince(before);
@@ -118,7 +118,7 @@ void ZR8BitProcZ80::Private::rest(quint64 count)
     chip.set(Q, 0);
     chip.last = Other;
     chip.cycles += count * cyclesOfRest();
-    chip.countR(static_cast<int>(count & 0x7F) * (chip.halted ? 1 : fetchesOfWait));
+    chip.countR(static_cast<int>(count & 0x7F) * (chip.isHalted() ? 1 : fetchesOfWait));
     chip.announceSince(before);
     chip.movePC(chip.programCounter());
 }
@@ -177,7 +177,7 @@ void ZR8BitProcZ80::reset()
     Chip &chip = _d->chip;
     const Chip::Snapshot before = chip.snapshot();
     chip.nmi = false;
-    chip.halted = false;
+    chip.haltedAt = Chip::Nowhere;
     chip.last = Other;
     for (const Register reg : {I, R, IFF1, IFF2, IM, Q})
         chip.set(reg, 0);
@@ -208,7 +208,7 @@ bool ZR8BitProcZ80::acceptsIRQ() const
 
 bool ZR8BitProcZ80::isHalted() const
 {
-    return _d->chip.halted;
+    return _d->chip.isHalted();
 }
 
 bool ZR8BitProcZ80::isWaiting() const
@@ -233,7 +233,7 @@ quint64 ZR8BitProcZ80::wait(quint64 cycles)
 
 void ZR8BitProcZ80::setProgramCounter(quint16 address)
 {
-    _d->chip.halted = false;
+    _d->chip.haltedAt = Chip::Nowhere;
     ZR8BitChip::setProgramCounter(address);
 }
 
@@ -332,10 +332,11 @@ int ZR8BitProcZ80::_step()
         _stop(_noMemoryText(), __LINE__, Q_FUNC_INFO);
         return -1;
     }
-    if (chip.halted) {
+    if (chip.isHalted()) {
         _d->rest(1);
         return 1;
     }
+    chip.haltedAt = Chip::Nowhere;
 
     const int pc = chip.get(PC);
     const quint64 cycles = chip.cycles;

@@ -80,7 +80,7 @@ public:
     void setIRQ(bool active, quint8 data);
     bool acceptsIRQ() const override;
 
-    /// Whether a HALT waits for an interrupt. setProgramCounter() and call() end that too.
+    /// Whether a HALT waits for an interrupt. Who moves PC, by whatever way, ends that too.
     bool isHalted() const;
     /// A HALT, or a JP or JR to itself.
     bool isWaiting() const override;
