@@ -9,6 +9,8 @@ namespace ZR {
 namespace {
 
 constexpr qsizetype CyclesWidth = 6;
+constexpr int AddressCount = 0x10000;
+constexpr qsizetype AddressWidth = 5; ///< of "$0229"
 
 QString cyclesText(quint64 cycles)
 {
@@ -28,7 +30,7 @@ struct ZR8BitTrace::Private
         : machine(theMachine)
         , disassembler(theMachine.instructionSet())
         , instructionWidth(theMachine.instructionSet() == ZR8BitInstructionSet::Z80
-                               ? QStringLiteral("0000  DD 36 05 07  LD (IX+$05),$07").size()
+                               ? QStringLiteral("0000  DD CB 05 C0  SET 0,(IX+$05),B").size()
                                : QStringLiteral("0000  7D 08 03  ADC $0308,X").size())
     {
     }
@@ -37,12 +39,14 @@ struct ZR8BitTrace::Private
     {
         return labels ? labels->nameOf(static_cast<quint16>(address)) : QString();
     }
+    qsizetype longestName() const;
     QString instructionText(const ZR8BitMachine::RunInstruction &instruction) const;
     QString accessText(const ZR8BitTrace &owner) const;
 
     const ZR8BitMachine &machine;
     ZR8BitDisassembler disassembler;
     const qsizetype instructionWidth; ///< of the longest one without names
+    qsizetype nameWidth = 0;          ///< what the longest name has more than an address
     const ZR8BitLabels *labels = nullptr;
 };
 
@@ -57,6 +61,7 @@ void ZR8BitTrace::setLabels(const ZR8BitLabels *labels)
 {
     _d->labels = labels;
     _d->disassembler.setNames([this](quint16 address) { return _d->name(address); });
+    _d->nameWidth = _d->longestName() - AddressWidth;
 }
 
 QString ZR8BitTrace::heading() const
@@ -64,7 +69,9 @@ QString ZR8BitTrace::heading() const
     const ZR8BitDisassembler::Instruction shortest = _d->disassembler.instruction(QByteArray(1, '\0'), 0);
     const QString bytes = QStringLiteral("BYTES").leftJustified(3 * shortest.longest - 1);
     return QStringLiteral("%1  %2  CYCLES\n")
-        .arg(QStringLiteral("PC    %1  INSTRUCTION").arg(bytes).leftJustified(_d->instructionWidth),
+        .arg(QStringLiteral("PC    %1  INSTRUCTION")
+                 .arg(bytes)
+                 .leftJustified(_d->instructionWidth + _d->nameWidth),
              _d->machine.stateHeading());
 }
 
@@ -139,6 +146,15 @@ QString ZR8BitTrace::dump(const QByteArray &bytes, int address) const
     return dump;
 }
 
+/// The size of the longest name, or of an address.
+qsizetype ZR8BitTrace::Private::longestName() const
+{
+    qsizetype longest = AddressWidth;
+    for (int address = 0; labels && address < AddressCount; ++address)
+        longest = qMax(longest, name(address).size());
+    return longest;
+}
+
 QString ZR8BitTrace::Private::instructionText(const ZR8BitMachine::RunInstruction &instruction) const
 {
     QString text;
@@ -149,8 +165,10 @@ QString ZR8BitTrace::Private::instructionText(const ZR8BitMachine::RunInstructio
     const QString label = name(instruction.address);
     if (!label.isEmpty())
         text += label + QStringLiteral(":\n");
-    const auto listed = disassembler.instruction(instruction.bytes, instruction.address);
-    return text + ZR8BitDisassembler::listingLine(listed).leftJustified(instructionWidth);
+    auto listed = disassembler.instruction(instruction.bytes, instruction.address);
+    // Of bytes as data with their instruction as a comment, which are for assemblers, the instruction counts.
+    listed.text = listed.text.section(QStringLiteral(" ; "), -1);
+    return text + ZR8BitDisassembler::listingLine(listed).leftJustified(instructionWidth + nameWidth);
 }
 
 QString ZR8BitTrace::Private::accessText(const ZR8BitTrace &owner) const
