@@ -45,7 +45,8 @@ public:
         , _options(options)
     {
         if (options.frames)
-            endAtCycle(static_cast<quint64>(*options.frames) * ZR8BitTVCBench::FrameLength);
+            endAtCycle(static_cast<quint64>(bench.frameCount() + *options.frames) *
+                       ZR8BitTVCBench::FrameLength);
     }
 
 protected:
@@ -101,11 +102,12 @@ QString BenchRun::_pictureName(qsizetype number) const
 
 void run(Options &options)
 {
-    // The program goes first, so that --load can change it.
-    const QString at = QString::number(*options.at);
-    options.run.loads.prepend(options.program + u'@' + at);
-    if (!options.run.start)
-        options.run.start = at;
+    // A state has the program already, and where it was. Else it goes first, so that --load can change it.
+    if (options.run.loadState.isEmpty()) {
+        const QString at = QString::number(*options.at);
+        options.run.loads.prepend(options.program + u'@' + at);
+        options.run.start = options.run.start.value_or(at);
+    }
 
     ZR::ZRMessageLogger logger;
     ZR8BitTVCBench bench;

@@ -13,6 +13,7 @@ while IFS='|' read -r example words to; do
 done <<'END' | sed -E "s/(: .*): [^:]*$/\1/; s/([Ll]ine [0-9]+): .*/\1/; s#/[.]zr8bit-[^/]*##; s/ *$//" | sort | uniq -c
 example.ini|run INPUT --trace --set XR=2 --set YR=3 --start 0x200 --until 0x216|
 title.rom|run examples/example.ini --steps 0 --load INPUT@0|--save out/file@0:16
+all-modes.bin|tvc INPUT --at 0 --frames 1|--screenshot out/file
 sieve.bin|disassemble INPUT|-o out/file
 greeting.txt|text encode INPUT|-o out/file
 greeting.txt|text decode INPUT|-o out/file

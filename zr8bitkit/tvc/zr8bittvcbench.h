@@ -62,7 +62,8 @@ public:
     ~ZR8BitTVCBench() override;
 
     /// The processor and its memory, to load programs, to set registers and watches, and to look at them. Not
-    /// to be loaded with other settings. What its own run() runs gets no frame interrupt.
+    /// to be loaded with other settings. What its own run() runs gets no frame interrupt, and its states hold
+    /// nothing of the sound generator.
     ZR8BitMachine &machine();
 
     /// Runs until so many frames have ended, or for another reason that ZR8BitMachine has or limits give: a
