@@ -11,7 +11,8 @@ namespace ZR {
 namespace {
 
 /// Parts of a level of 255: what components are kept in between the adjustments. Products stay within an int.
-constexpr int Parts = 64;
+constexpr int PartBits = 6;
+constexpr int Parts = 1 << PartBits;
 constexpr int FullLevel = 255 * Parts;
 
 double inRange(double level)
@@ -24,38 +25,44 @@ double share(int percent)
     return std::clamp(percent, 0, ZR8BitTVCScreen::LargestAdjustment) / 100.0;
 }
 
-/// Brightness and contrast, which look at each component alone: its level in parts by its value.
-using Tones = std::array<int, 256>;
-
-Tones makeTones(const ZR8BitTVCScreen::Adjustments &adjustments)
+/// Brightness and contrast, which look at each component alone: its level in parts.
+int toned(int value, const ZR8BitTVCScreen::Adjustments &adjustments)
 {
     constexpr double Middle = FullLevel / 2.0;
-    Tones tones{};
-    for (size_t value = 0; value < tones.size(); ++value) {
-        const double bright = inRange(static_cast<double>(value) * Parts * share(adjustments.brightness));
-        tones[value] = qRound(inRange((bright - Middle) * share(adjustments.contrast) + Middle));
-    }
-    return tones;
+    const double bright = inRange(value * Parts * share(adjustments.brightness));
+    return qRound(inRange((bright - Middle) * share(adjustments.contrast) + Middle));
 }
 
-/// Saturation, which moves the components away from their grey or closer to it.
-class Saturation
+/// All adjustments of a pixel. Saturation moves its toned components away from their grey or closer to it:
+/// each becomes (1 - saturation) x grey + saturation x level. What depends on one component alone is made
+/// once for each of its values.
+class Adjuster
 {
 public:
-    explicit Saturation(int percent)
-        : _factor(qRound(share(percent) * (1 << WholeBits)))
+    explicit Adjuster(const ZR8BitTVCScreen::Adjustments &adjustments)
+        : _greyFactor(Whole - qRound(share(adjustments.saturation) * Whole))
     {
+        for (size_t value = 0; value < _saturated.size(); ++value) {
+            const int level = toned(static_cast<int>(value), adjustments);
+            _saturated[value] = level * (Whole - _greyFactor);
+            _redOfGrey[value] = level * RedWeight;
+            _greenOfGrey[value] = level * GreenWeight;
+            _blueOfGrey[value] = level * BlueWeight;
+        }
     }
 
-    /// Each component is a level in parts; alpha stays where it stands.
-    QRgb pixel(int red, int green, int blue, QRgb alpha) const
+    QRgb operator()(QRgb pixel) const
     {
-        const int grey = (RedWeight * red + GreenWeight * green + BlueWeight * blue) >> WeightBits;
-        const auto value = [this, grey](int level) {
-            const int saturated = grey + ((level - grey) * _factor >> WholeBits);
-            return static_cast<unsigned>(std::min(std::max(saturated, 0), FullLevel) + Parts / 2) / Parts;
+        const size_t red = pixel >> 16 & 0xFF;
+        const size_t green = pixel >> 8 & 0xFF;
+        const size_t blue = pixel & 0xFF;
+        const int grey = (_redOfGrey[red] + _greenOfGrey[green] + _blueOfGrey[blue]) >> WeightBits;
+        const int rest = grey * _greyFactor + Whole * Parts / 2; // to round by
+        const auto value = [this, rest](size_t component) {
+            const int sum = (_saturated[component] + rest) >> (WholeBits + PartBits);
+            return static_cast<QRgb>(std::min(std::max(sum, 0), 255));
         };
-        return value(red) << 16 | value(green) << 8 | value(blue) | alpha;
+        return (pixel & 0xFF000000) | value(red) << 16 | value(green) << 8 | value(blue);
     }
 
 private:
@@ -66,8 +73,15 @@ private:
     static constexpr int GreenWeight = (1 << WeightBits) - RedWeight - BlueWeight;
 
     static constexpr int WholeBits = 12;
+    static constexpr int Whole = 1 << WholeBits;
 
-    int _factor;
+    using Table = std::array<int, 256>;
+
+    int _greyFactor;
+    Table _saturated{};
+    Table _redOfGrey{};
+    Table _greenOfGrey{};
+    Table _blueOfGrey{};
 };
 
 } // namespace
@@ -77,15 +91,10 @@ try {
     QImage result = toPixels(image);
     image = QImage(); // the pixels of an image that nobody else has are changed in place
     result.detach();  // becomes null when there is not enough memory
-    const Tones tones = makeTones(adjustments);
-    const Saturation saturation(adjustments.saturation);
+    const Adjuster adjuster(adjustments);
     for (int y = 0; y < result.height(); ++y) {
         QRgb *row = line(result, y);
-        for (int x = 0; x < result.width(); ++x) {
-            const auto tone = [&tones](QRgb value) { return tones[value & 0xFF]; };
-            row[x] =
-                saturation.pixel(tone(row[x] >> 16), tone(row[x] >> 8), tone(row[x]), row[x] & 0xFF000000);
-        }
+        std::transform(row, row + result.width(), row, [&adjuster](QRgb pixel) { return adjuster(pixel); });
     }
     return result;
 } catch (const std::bad_alloc &) {
