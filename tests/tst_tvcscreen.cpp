@@ -260,6 +260,10 @@ private Q_SLOTS:
         QCOMPARE(small.pixelColor(0, 0).name(), u"#d59c00"_s); // two thirds of red light and one of green
         QCOMPARE(small.pixel(1, 0), 0xFFFF0000);
         QCOMPARE(Screen::fitFrame(sharp.copy(0, 0, 3, 1), {1, 1}, Screen::Fit::Stretch).pixel(0, 0), 0U);
+        QImage soft(2, 1, QImage::Format_ARGB32); // half of it, to the digit
+        soft.setPixel(0, 0, 0xBFC8C8C8);
+        soft.setPixel(1, 0, 0x40C8C8C8);
+        QCOMPARE(Screen::fitFrame(soft, {1, 1}, Screen::Fit::Stretch).pixel(0, 0), 0xFFC8C8C8);
         frame.fill(0x80FF0000);
         QCOMPARE(Screen::onBackground(frame, Qt::blue).pixelColor(3, 1).name(), u"#bc00bb"_s);
     }

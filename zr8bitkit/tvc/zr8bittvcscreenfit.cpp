@@ -75,6 +75,8 @@ Span spanAt(const Axis &axis, qint64 index)
             static_cast<quint64>(lastPart)};
 }
 
+using Sum = Components<quint64>;
+
 /// The rows of a picture as opaque 32-bit pixels, one at a time.
 class Rows
 {
@@ -85,6 +87,8 @@ public:
         , _background(lightOfPixel<int>(background))
     {
     }
+
+    static Sum lightOf(QRgb pixel) { return lightOfPixel<quint64>(pixel); }
 
     /// The row remains until the next one is asked for.
     const QRgb *at(int y)
@@ -125,7 +129,31 @@ private:
     QImage _row;
 };
 
-using Sum = Components<quint64>;
+/// The rows of a frame with alpha: the light of its pixels as far as they are opaque, in parts of 255.
+class FrameLights
+{
+public:
+    explicit FrameLights(const QImage &frame)
+        : _frame(frame)
+    {
+    }
+
+    static Sum lightOf(QRgb pixel) { return Sum().add(lightOfPixel<quint64>(pixel), quint64(qAlpha(pixel))); }
+
+    const QRgb *at(int y) const { return constLine(_frame, y); }
+
+private:
+    const QImage &_frame; // in Format_ARGB32
+};
+
+/// The same of a frame whose colours are all white: in each component, how far pixels are opaque.
+class FrameCovers : public FrameLights
+{
+public:
+    using FrameLights::FrameLights;
+
+    static Sum lightOf(QRgb pixel) { return FrameLights::lightOf(pixel | 0x00FFFFFF); }
+};
 
 Sum mean(const Sum &sum, qint64 size)
 {
@@ -135,17 +163,18 @@ Sum mean(const Sum &sum, qint64 size)
 }
 
 /// The mean light of each pixel of the result along one row of the picture.
+template <typename Source>
 void scaleRow(const QRgb *row, const std::vector<Span> &spans, const Axis &columns, std::vector<Sum> &lights)
 {
     for (size_t x = 0; x < spans.size(); ++x) {
         const Span &span = spans[x];
         Sum whole;
         for (int i = span.first + 1; i < span.last; ++i)
-            whole.add(lightOfPixel<quint64>(row[i]), 1);
+            whole.add(Source::lightOf(row[i]), 1);
         Sum sum;
-        sum.add(lightOfPixel<quint64>(row[span.first]), span.firstPart)
+        sum.add(Source::lightOf(row[span.first]), span.firstPart)
             .add(whole, static_cast<quint64>(columns.pixelSize))
-            .add(lightOfPixel<quint64>(row[span.last]), span.lastPart);
+            .add(Source::lightOf(row[span.last]), span.lastPart);
         lights[x] = mean(sum, columns.step);
     }
 }
@@ -174,11 +203,12 @@ struct Placement
 };
 
 /// Scales a picture, row by row.
+template <typename Source>
 class Scaler
 {
 public:
-    Scaler(const QImage &image, QRgb background, const Placement &placement)
-        : _source(image, background)
+    Scaler(const Source &source, const Placement &placement)
+        : _source(source)
         , _columns(placement.columns)
         , _rows(placement.rows)
         , _spans(static_cast<size_t>(_columns.count))
@@ -208,13 +238,13 @@ private:
     void _add(int y, quint64 part)
     {
         if (y != _lightsY)
-            scaleRow(_source.at(y), _spans, _columns, _lights);
+            scaleRow<Source>(_source.at(y), _spans, _columns, _lights);
         _lightsY = y;
         for (size_t x = 0; x < _sums.size(); ++x)
             _sums[x].add(_lights[x], part);
     }
 
-    Rows _source;
+    Source _source;
     const Axis _columns;
     const Axis _rows;
     std::vector<Span> _spans;
@@ -224,29 +254,14 @@ private:
     int _lightsY = -1;
 };
 
-/// What had a light before it has been mixed with black, from half of it on; transparent below. cover is how
-/// much was not black, as a part of FullLight.
-QRgb opaquePart(const Sum &light, quint64 cover)
+/// The colour of what is opaque, from half of the area on; transparent below.
+QRgb opaquePart(const Sum &light, const Sum &cover)
 {
-    if (2 * cover < FullLight)
+    const quint64 area = cover.red;
+    if (2 * area < 255 * FullLight)
         return 0;
-    const auto undone = [cover](quint64 component) {
-        return std::min<quint64>((component * FullLight + cover / 2) / cover, FullLight);
-    };
-    return pixelOfLight<quint64>({undone(light.red), undone(light.green), undone(light.blue)});
-}
-
-/// A picture in greys that are as bright as the pixels are opaque.
-QImage coverOf(const QImage &image)
-{
-    QImage result = toFormat(image, QImage::Format_ARGB32);
-    result.detach(); // becomes null when there is not enough memory
-    for (int y = 0; y < result.height(); ++y) {
-        QRgb *row = line(result, y);
-        std::transform(row, row + result.width(), row,
-                       [](QRgb pixel) { return qRgba(255, 255, 255, qAlpha(pixel)); });
-    }
-    return result;
+    const auto alone = [area](quint64 component) { return (component * FullLight + area / 2) / area; };
+    return pixelOfLight<quint64>({alone(light.red), alone(light.green), alone(light.blue)});
 }
 
 bool canFit(const QImage &image, const QSize &size)
@@ -266,7 +281,7 @@ try {
     const QColor ground = ZR8BitTVCColor16::closestColor(background);
     result.fill(ground);
     const Placement place(image.size(), size, fit);
-    Scaler scaler(image, ground.rgb(), place);
+    Scaler scaler(Rows(image, ground.rgb()), place);
     for (int y = 0; y < place.rows.count; ++y) {
         const std::vector<Sum> &lights = scaler.row(y);
         std::transform(lights.begin(), lights.end(), line(result, place.corner.y() + y) + place.corner.x(),
@@ -295,20 +310,18 @@ try {
     if (!canFit(frame, size))
         return QImage();
     QImage result(size, QImage::Format_ARGB32);
-    const QImage cover = coverOf(frame);
-    if (result.isNull() || cover.isNull())
+    const QImage pixels = toFormat(frame, QImage::Format_ARGB32);
+    if (result.isNull() || pixels.isNull())
         return QImage();
     result.fill(Qt::transparent);
     const Placement place(frame.size(), size, fit);
-    constexpr QRgb Black = 0;
-    Scaler scaler(frame, Black, place);
-    Scaler coverScaler(cover, Black, place);
+    Scaler scaler(FrameLights(pixels), place);
+    Scaler coverScaler(FrameCovers(pixels), place);
     for (int y = 0; y < place.rows.count; ++y) {
         const std::vector<Sum> &lights = scaler.row(y);
         const std::vector<Sum> &covers = coverScaler.row(y);
         std::transform(lights.begin(), lights.end(), covers.begin(),
-                       line(result, place.corner.y() + y) + place.corner.x(),
-                       [](const Sum &light, const Sum &grey) { return opaquePart(light, grey.red); });
+                       line(result, place.corner.y() + y) + place.corner.x(), opaquePart);
     }
     return result;
 } catch (const std::bad_alloc &) {
