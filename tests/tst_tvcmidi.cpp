@@ -80,6 +80,8 @@ private Q_SLOTS:
             u"15,A4,025 15,A4,025"_s, {2, 0, 0, 0});
         row("low, drums", fileOf({"00 90 1e7f 00 1f7f 00 99 2a7f 60 2a00 00 90 1f00 00 1e00"}), all,
             u"15,G1,025"_s, {2, 0, 1, 1});
+        row("no end", fileOf({"00 90457f 60 4c7f 00 4c00", "40 b00000 8100 b00000"}), all, u"15,A4,050"_s,
+            {2, 1, 0, 0});
         row("format 2", fileOf({"00 904c7f 60 4c00", "00 90457f 60 4500"}, "0002"), {2}, u"15,A4,025"_s,
             {1, 0, 0, 0});
     }
@@ -118,8 +120,9 @@ private Q_SLOTS:
         QTest::newRow("long number") << fileOf({"80808080 00"}) << all << u"bad event at its byte 0"_s;
         QTest::newRow("long text") << fileOf({"00 ff017f"}) << all << u"bad event at its byte 0"_s;
         QTest::newRow("drums") << fileOf({"00 99457f 60 4500"}) << all
-                               << u"left: 1 are drums, on channel 10"_s;
-        QTest::newRow("low") << fileOf({"00 901e7f 60 1e00"}) << all << u"No note of the MIDI file is left"_s;
+                               << u"left: 1 of drums, on channel 10."_s;
+        QTest::newRow("low, short") << fileOf({"00 901e7f 60 1e00 00 457f 01 4500"}) << all
+                                    << u"left: 1 below G1, the lowest, 1 too short"_s;
         QTest::newRow("track") << good << Midi::Options{2} << u"has 1 tracks, and no track 2"_s;
         QTest::newRow("tick") << good << Midi::Options{0, 0, 251} << u"251 is not from 1 to 250"_s;
         QTest::newRow("tunes") << fileOf({"", ""}, "0002") << all << u"holds 2 tunes"_s;

@@ -195,11 +195,31 @@ QList<Event> sorted(const TVCMidiReader &reader, const ZR8BitTVCMidiOptions &opt
     return events;
 }
 
+bool isNote(const Event &event)
+{
+    return event.type == Event::Type::NoteOn || event.type == Event::Type::NoteOff;
+}
+
 /// Whether a note is one that is asked for.
 bool isTaken(const Event &event, const ZR8BitTVCMidiOptions &options)
 {
     return (options.track == 0 || event.track == options.track) &&
            (options.channel == 0 ? event.channel != DrumChannel : event.channel == options.channel);
+}
+
+/// Why there is no note to play.
+QString silenceText(const ZR8BitTVCMidiReport &report)
+{
+    QStringList reasons;
+    const auto add = [&reasons](qsizetype count, const QString &reason) {
+        if (count > 0)
+            reasons += QString::number(count) + u' ' + reason;
+    };
+    add(report.drums, QStringLiteral("of drums, on channel 10"));
+    add(report.outOfRange, QStringLiteral("below G1, the lowest"));
+    add(report.hidden, QStringLiteral("too short for a tick"));
+    return QStringLiteral("No note of the MIDI file is left") +
+           (reasons.isEmpty() ? QString() : QStringLiteral(": ") + reasons.join(QStringLiteral(", "))) + u'.';
 }
 
 } // namespace
@@ -221,7 +241,7 @@ bool ZR8BitTVCMidi::toSound(const QByteArray &file, QByteArray &sound, const Opt
         const bool isOn = event.type == Event::Type::NoteOn;
         if (event.type == Event::Type::Tempo) {
             clock.setLength(event.value);
-        } else if (isTaken(event, options)) {
+        } else if (isNote(event) && isTaken(event, options)) {
             voice.playUntil(clock.tick());
             isOn ? voice.turnOn(event) : voice.turnOff(event);
         } else if (isOn && options.channel == 0 && event.channel == DrumChannel) {
@@ -231,11 +251,7 @@ bool ZR8BitTVCMidi::toSound(const QByteArray &file, QByteArray &sound, const Opt
     voice.playUntil(clock.tick());
     const QByteArray played = voice.sound();
     if (played.size() == 1)
-        return fail(error,
-                    found.drums > 0
-                        ? QStringLiteral("No note of the MIDI file is left: %1 are drums, on channel 10.")
-                              .arg(found.drums)
-                        : QStringLiteral("No note of the MIDI file is left."));
+        return fail(error, silenceText(found));
     sound = played;
     return true;
 }

@@ -139,6 +139,8 @@ bool TVCMidiReader::_readMeta()
     }
     _place += size;
     _hasEnded = type == EndOfTrack;
+    if (_hasEnded)
+        _events.append({_time, TVCMidiEvent::Type::TrackEnd, _tracks, 0, 0, 0});
     return true;
 }
 

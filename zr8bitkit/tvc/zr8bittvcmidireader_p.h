@@ -6,14 +6,15 @@
 
 namespace ZR {
 
-/// A note or a tempo of a MIDI file.
+/// What happens in a MIDI file.
 struct TVCMidiEvent
 {
     enum class Type
     {
         NoteOff,
         NoteOn,
-        Tempo
+        Tempo,
+        TrackEnd
     };
 
     qint64 time; ///< in the divisions of the file, from the beginning
