@@ -159,7 +159,8 @@ void failIfPicture(QByteArray data, const QString &path)
     QBuffer buffer(&data);
     QImageReader reader(&buffer);
     const QByteArray format = reader.format();
-    if ((format == "png" || format == "gif" || format == "jpeg") && !reader.read().isNull())
+    const QByteArrayList formats = {"png", "gif", "jpeg", "bmp", "ppm"};
+    if (formats.contains(format) && !reader.read().isNull())
         throw Failure(QStringLiteral("%1 is a picture (%2), not the bytes of one; encode makes these")
                           .arg(inputName(path), QString::fromLatin1(format.toUpper())));
 }

@@ -193,6 +193,12 @@ void addFormatOption(CLI::App &command, QString &target)
         ->type_name("LETTERS");
 }
 
+void addTickOption(CLI::App &command, std::optional<int> &target)
+{
+    addNumberOption(command, "--tick", "MS", {ZR8BitTVCWave::ShortestTick, ZR8BitTVCWave::LongestTick},
+                    target, "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
+}
+
 void addConversion(CLI::App &group, const std::string &name, const std::string &description,
                    const std::vector<std::string> &examples, void (*convert)(const Options &))
 {
@@ -235,8 +241,7 @@ void addImportCommand(CLI::App &group)
                     "Take the notes of one track, counted from 1 on; all by default");
     addNumberOption(*command, "--channel", "N", {1, 16}, options->channel,
                     "Take the notes of one channel, 1 to 16; all but 10 by default, which has the drums");
-    addNumberOption(*command, "--tick", "MS", {ZR8BitTVCWave::ShortestTick, ZR8BitTVCWave::LongestTick},
-                    options->tick, "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
+    addTickOption(*command, options->tick);
     command->footer(
         "The TVC has one voice: the highest note that sounds is taken, with its velocity as volume.\n"
         "Changes of the tempo count. Warnings say how many notes were left out.");
@@ -254,8 +259,7 @@ void addRenderCommand(CLI::App &group)
     addInputArgument(*command, options->files.input, "File with the bytes of the sound");
     addOutputOption(*command, options->files.output, "File for the WAVE");
     addFormatOption(*command, options->wave.format);
-    addNumberOption(*command, "--tick", "MS", {ZR8BitTVCWave::ShortestTick, ZR8BitTVCWave::LongestTick},
-                    options->tick, "Milliseconds that a duration of 1 lasts, 1 to 250; 20 by default");
+    addTickOption(*command, options->tick);
     addNumberOption(*command, "--rate", "HZ", {ZR8BitTVCWave::LowestRate, ZR8BitTVCWave::HighestRate},
                     options->rate, "Samples a second, 8000 to 192000; 44100 by default");
     command->add_option("--plot", options->plot, "File for a plot of the notes over time, as SVG")

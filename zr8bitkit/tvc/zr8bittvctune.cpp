@@ -84,9 +84,9 @@ public:
         const qsizetype count = _words.size() - int(hasEnd);
         const qsizetype left = count % _format.size();
         return left == 0 ||
-               fail(error,
-                    QStringLiteral("%1: the sound ends after %2 of the %3 numbers of a record.")
-                        .arg(_place(count - 1), QString::number(left), QString::number(_format.size())));
+               fail(error, QStringLiteral("%1: the sound ends after %2 of the %3 numbers of a record%4.")
+                               .arg(_place(count - 1), QString::number(left), QString::number(_format.size()),
+                                    hasEnd ? QStringLiteral(", as a last 240 is its end") : QString()));
     }
 
     /// The numbers, each with a comma after it.
