@@ -139,10 +139,10 @@ private:
     void wait()
     {
         const quint64 end = _chip->cycles() + WaitCycles;
-        for (quint64 count = _chip->wait(WaitCycles); count > 0; --count)
+        const quint64 count = _chip->wait(WaitCycles);
+        for (quint64 i = 0; i < count; ++i)
             model.step();
-        const bool isInterrupted = model.nmi || (model.irq && model.acceptsIRQ());
-        LAW(_chip->cycles() == model.cycles && (_chip->cycles() >= end || isInterrupted));
+        LAW(_chip->cycles() == model.cycles && (_chip->cycles() >= end || count == 0));
     }
 
     void step()

@@ -99,7 +99,7 @@ private Q_SLOTS:
         ZR8BitMachine machine;
         QVERIFY(machine.load(&_config, {u"B"_s, u"P"_s}) && !machine.chip());
         QVERIFY(!machine.load(&_config, {u"A"_s, u"Q"_s}));
-        QCOMPARE(machine.lastErrorStr(), u"Instructions are 'documented' or 'all', not 'some'!"_s);
+        QCOMPARE(machine.lastErrorStr(), u"PROC_Q.Instructions is 'documented' or 'all', not 'some'!"_s);
         QVERIFY(!machine.memory() && !machine.processor() && machine.computer().rams().size() == 2);
         QVERIFY(!machine.setRegister(u"PC"_s, 0) && machine.lastErrorStr() == "No machine is loaded!"_L1);
         QVERIFY(!machine.loadBytes("1", 0));
@@ -115,7 +115,7 @@ private Q_SLOTS:
         QCOMPARE(machine.memory()->value(0x1FD, 9), "\00012"_ba);
         QVERIFY(!machine.loadFile(path, 0x1FF) && !machine.loadBytes("1", -1));
         QVERIFY(!machine.loadFile(path, std::numeric_limits<int>::max()));
-        QVERIFY(machine.lastErrorStr().contains(path + "'! 2 bytes do not fit at $7FFFFFFF"_L1));
+        QVERIFY(machine.lastErrorStr().contains(path + "': 2 bytes do not fit at $7FFFFFFF"_L1));
         QVERIFY(machine.setRegister(u"PC"_s, 0xFFFF) && !machine.setRegister(u"AC"_s, -1));
     }
 

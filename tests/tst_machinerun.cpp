@@ -8,6 +8,7 @@
 #include <zr8bitkit/zrmapconfig.h>
 #include <zr8bitlib/zr8bitprocbase.h>
 #include <zr8bitlib/zr8bitram.h>
+#include <zr8bitlib/zr8bitregister.h>
 
 #include <QtTest/QtTest>
 
@@ -63,6 +64,11 @@ private Q_SLOTS:
         QCOMPARE(machine.run(), RunEnd::Jam);
         QCOMPARE(machine.registerValue(u"AC"_s), 0x39);
         QCOMPARE(machine.memory()->value(0x400, 5), "\0\xAAxyz"_ba);
+        machine.chip()->reset();
+        QVERIFY(machine.setRegister(u"PC"_s, 2) && machine.setRegister(u"AC"_s, 5) &&
+                machine.setWatch(0x401, 1));
+        QCOMPARE(machine.run(), RunEnd::Watch);
+        QCOMPARE(int(machine.lastAccess().before), 0xAA);
         QVERIFY(!machine.loadBytes("12", 0xFFFF) && machine.loadBytes("1", 0xFFFF));
     }
 
@@ -83,7 +89,15 @@ private Q_SLOTS:
         limits.addresses = {9};
         limits.predicate = [&] { return machine.registerValue(u"XR"_s) == 0; };
         QCOMPARE(machine.run(limits), RunEnd::Requested);
+        const qint64 count = machine.instructionCount();
         QCOMPARE(machine.registerValue(u"XR"_s), 0);
+        limits.predicate = [&] { return machine.stop(), false; };
+        QVERIFY(machine.run(limits) == RunEnd::Requested && machine.instructionCount() == count + 1);
+        make(machine, "4C0000"); // an NMI that is there ends the loop
+        machine.loadBytes(QByteArray::fromHex("000300000003"), 0xFFFA);
+        limits.addresses = {0x300};
+        limits.predicate = [&] { return machine.chip()->triggerNMI(), false; };
+        QCOMPARE(machine.run(limits), RunEnd::Address);
         make(machine, "4CF501"); // JMP $01F5, where JSR $01F5 overwrites itself
         QCOMPARE(machine.instructionCount(), 0);
         QVERIFY(machine.loadBytes(QByteArray::fromHex("20F501"), 0x1F5));
@@ -143,8 +157,18 @@ private Q_SLOTS:
         });
         QCOMPARE(machine.run(), RunEnd::Requested);
         QCOMPARE(machine.programCounter(), 3);
-        QCOMPARE(machine.run({1}), RunEnd::Requested);
+        QCOMPARE(machine.processor()->step(), 3);
         QCOMPARE(machine.run({1}), RunEnd::Count);
+
+        const QByteArray before = machine.saveState();
+        QVERIFY(machine.setRegister(u"XR"_s, 5) && machine.loadBytes("2", 0x400));
+        QByteArray heard; // the memory that goes with the register
+        connect(machine.findRegister(u"XR"_s), &ZR8BitRegister::onValueChanged, this, [&] {
+            QVERIFY(!machine.load(&config));
+            heard += machine.bytes(0x400, 1);
+        });
+        QVERIFY(machine.restoreState(before) && machine.setRegister(u"XR"_s, 6));
+        QCOMPARE(heard, "11");
     }
 
     void watches()
@@ -175,6 +199,11 @@ private Q_SLOTS:
         QCOMPARE(machine.run(), RunEnd::Watch);
         QCOMPARE(machine.lastAccess().address, 0x303);
         QCOMPARE(machine.run(), RunEnd::Jam);
+        make(machine, "200000"); // JSR to itself, which comes to what is watched
+        Limits limits;
+        limits.cycles = 1000;
+        limits.nmiComes = true;
+        QVERIFY(machine.setWatch(0x180, 1) && machine.run(limits) == RunEnd::Watch);
         for (const auto &[address, length] : {std::pair(-1, 1), {0x10000, 1}, {0, 0x10001}, {0, -1}})
             QVERIFY(!machine.setWatch(address, length));
     }
@@ -188,8 +217,11 @@ private Q_SLOTS:
         QCOMPARE(machine.programCounter(), 0);
         QCOMPARE(machine.registerValue(u"SP"_s), 0xFF);
         QCOMPARE(machine.registerValue(u"XR"_s) + machine.registerValue(u"YR"_s), 2);
-        QVERIFY(machine.stepOver());
-        QCOMPARE(machine.programCounter(), 3);
+        Limits limits;
+        limits.addresses = {0, 0x305};
+        QVERIFY(!machine.stepOver(limits) && machine.programCounter() == 0x305); // leaves a breakpoint
+        limits.addresses = {0x305};
+        QVERIFY(machine.stepOut(limits) && machine.stepOut() && machine.programCounter() == 3);
         QVERIFY(machine.stepOver());
         QCOMPARE(machine.programCounter(), 4);
         machine.setRegister(u"PC"_s, 0);
@@ -218,6 +250,10 @@ private Q_SLOTS:
             machine.lastErrorStr(),
             u"The subroutine did not return: the run reached an endless loop at $0300 after 1 instructions!"_s);
         QVERIFY(!machine.call(0x10000) && !machine.call(-1));
+        make(machine, "02");
+        QVERIFY(machine.run() == RunEnd::Jam && !machine.call(0x300));
+        QCOMPARE(machine.registerValue(u"SP"_s), 0xFF);
+        QCOMPARE(machine.lastErrorStr(), machine.processor()->hardwareIssueMsg());
     }
 
     void states()

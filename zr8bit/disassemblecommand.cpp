@@ -34,12 +34,12 @@ struct Options
 /// Throws what ends parsing.
 ZR::ZR8BitInstructionSet instructionSet(const Options &options)
 {
-    const bool isAll = options.instructions == MachineInstructions::All;
-    if (options.isZ80 && options.instructions != MachineInstructions::AsSettings)
-        failOption("--instructions", isAll ? QStringLiteral("all") : QStringLiteral("documented"),
+    if (options.isZ80 && options.instructions == MachineInstructions::Documented)
+        failOption("--instructions", QStringLiteral("documented"),
                    QStringLiteral("for the Z80, of which all are known"));
     if (options.isZ80)
         return ZR::ZR8BitInstructionSet::Z80;
+    const bool isAll = options.instructions == MachineInstructions::All;
     return isAll ? ZR::ZR8BitInstructionSet::MOS6510All : ZR::ZR8BitInstructionSet::MOS6510Documented;
 }
 
@@ -53,7 +53,7 @@ ZR8BitProgramFile::Program readProgram(const Options &options, const ZR::ZR8BitL
             ? ZR8BitProgramFile::readRaw(content, addressOf("--at", *options.address, labels), &error)
             : ZR8BitProgramFile::read(content, options.files.input, &error);
     if (!program)
-        throw Failure(QStringLiteral("Couldn't read %1! %2").arg(inputName(options.files.input), error));
+        throw Failure(QStringLiteral("Couldn't read %1: %2").arg(inputName(options.files.input), error));
     return *program;
 }
 

@@ -78,7 +78,27 @@ void MachineRun::_load(const QString &load)
     const QByteArray content = readInput(file);
     if (!(hasAddress ? _machine.loadBytes(content, addressOf("--load", place, _labels))
                      : _machine.loadProgram(content, file)))
-        throw Failure(QStringLiteral("Couldn't load %1! %2").arg(inputName(file), _machine.lastErrorStr()));
+        throw Failure(QStringLiteral("Couldn't load %1: %2").arg(inputName(file), _machine.lastErrorStr()));
+    if (!hasAddress)
+        _places += QStringLiteral("Loaded: %1, %2\n").arg(inputName(file), _loadedText());
+}
+
+/// Where the program has gone that was loaded last.
+QString MachineRun::_loadedText() const
+{
+    int count = 0;
+    int first = _machine.size();
+    int last = 0;
+    const auto parts = _machine.loadedParts();
+    for (const auto &[address, length] : parts) {
+        count += length;
+        first = qMin(first, address);
+        last = qMax(last, address + length - 1);
+    }
+    const QString bytes = QStringLiteral("%1 bytes").arg(count);
+    return count == 0 ? bytes
+                      : QStringLiteral("%1 from %2 to %3")
+                            .arg(bytes, _trace.addressText(first), _trace.addressText(last));
 }
 
 void MachineRun::_setRegisters()
@@ -157,6 +177,7 @@ void MachineRun::_failMachine() const
 void MachineRun::run()
 {
     const InterruptDelay interrupts;
+    print(_places);
     if (_options.trace)
         print(_trace.heading());
     const auto end = _toEnd(interrupts);
@@ -234,18 +255,21 @@ void MachineRun::_print(quint8 value)
 /// Why a run is a failure; empty when it is none.
 QString MachineRun::_failure(RunEnd end, const QString &endText) const
 {
+    QStringList sentences;
+    if (_options.exit && !_exitCode) {
+        sentences += QStringLiteral("The program has given no exit code: the run %1!").arg(endText);
+    } else if (!_options.until.isEmpty() && !_exitCode && end != RunEnd::Address) {
+        QStringList places;
+        for (const quint16 address : _limits.addresses)
+            places += _trace.addressText(address);
+        sentences += QStringLiteral("The run has not reached %1: it %2!")
+                         .arg(places.join(QStringLiteral(" or ")), endText);
+    }
     ZR::ZR8BitProcBase &processor = *_machine.processor();
     if (processor.hardwareIssue())
-        return processor.hardwareIssueMsg() + (_machine.chip() ? QString() : QLatin1String(InstructionsHint));
-    if (_options.exit && !_exitCode)
-        return QStringLiteral("The program has given no exit code: the run %1!").arg(endText);
-    if (_options.until.isEmpty() || _exitCode || end == RunEnd::Address)
-        return QString();
-    QStringList places;
-    for (const quint16 address : _limits.addresses)
-        places += _trace.addressText(address);
-    return QStringLiteral("The run has not reached %1: it %2!")
-        .arg(places.join(QStringLiteral(" or ")), endText);
+        sentences +=
+            processor.hardwareIssueMsg() + (_machine.chip() ? QString() : QLatin1String(InstructionsHint));
+    return sentences.join(u' ');
 }
 
 void MachineRun::_report(const QString &endText, bool isFailure)

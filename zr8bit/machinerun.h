@@ -37,6 +37,7 @@ protected:
 private:
     // Before the run
     void _load(const QString &load);
+    QString _loadedText() const;
     void _setRegisters();
     void _checkPart(const std::string &option, const MemoryPart &part) const;
     void _mapOutputs();
@@ -61,6 +62,7 @@ private:
     ZR::ZR8BitLabels _labels;
     ZR::ZR8BitTrace _trace;
     ZR::ZR8BitMachine::RunLimits _limits; ///< what is left of them
+    QString _places;                      ///< where files went that say so themselves, a line each
     quint64 _lastCycle = 0;               ///< of the machine
     quint64 _nextIRQ = 0;                 ///< the cycle of the machine
     std::optional<quint8> _exitCode;      ///< that the program has given

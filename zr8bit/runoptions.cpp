@@ -19,7 +19,7 @@ std::optional<int> parseSize(const QString &text)
 std::optional<QString> parseAddress(const QString &text)
 {
     const bool mayBeLabel =
-        !text.isEmpty() && (text[0].isLetter() || QStringLiteral("_.@?").contains(text[0]));
+        !text.isEmpty() && (text[0].isLetter() || QStringLiteral("_.@?!").contains(text[0]));
     return mayBeLabel || ZRNumbers::parse(text) ? std::optional(text) : std::nullopt;
 }
 
@@ -34,8 +34,8 @@ std::optional<RegisterOption> parseRegister(const QString &text)
 
 std::optional<MemoryPart> parsePart(const QString &text)
 {
-    const std::optional<QString> address = parseAddress(text.section(u':', 0, 0));
-    const std::optional<int> length = parseSize(text.section(u':', 1));
+    const std::optional<QString> address = parseAddress(text.section(u':', 0, -2)); // a label may have colons
+    const std::optional<int> length = parseSize(text.section(u':', -1));
     if (!address || !length)
         return std::nullopt;
     return MemoryPart{QString(), *address, *length};
@@ -54,8 +54,9 @@ std::optional<MemoryPart> parseFilePart(const QString &text)
 /// A part of one byte needs no length; one of none cannot be touched.
 std::optional<MemoryPart> parseWatch(const QString &text)
 {
-    const std::optional<MemoryPart> part =
-        parsePart(text.contains(u':') ? text : text + QStringLiteral(":1"));
+    std::optional<MemoryPart> part = parsePart(text);
+    if (!part)
+        part = parsePart(text + QStringLiteral(":1"));
     return part && part->length > 0 ? part : std::nullopt;
 }
 

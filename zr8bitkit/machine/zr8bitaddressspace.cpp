@@ -151,8 +151,8 @@ bool ZR8BitAddressSpace::mapMemory(int address, ZR8BitROM *block, int offset, in
                      QString::number(size), QString::number(length == -1 ? 1 : length),
                      QString::number(offset)));
     auto *const ram = dynamic_cast<ZR8BitRAM *>(block);
-    return _map(address, length == -1 ? size - offset : length, {block, ram, offset - address, nullptr}, true,
-                ram);
+    const int shift = offset - qMax(0, address); // one below 0 is refused
+    return _map(address, length == -1 ? size - offset : length, {block, ram, shift, nullptr}, true, ram);
 }
 
 bool ZR8BitAddressSpace::mapDevice(int address, int length, ReadHandler read, WriteHandler write)
@@ -219,6 +219,12 @@ quint8 ZR8BitAddressSpace::peek(quint16 address) const
 {
     const Area &area = _d->areas[_d->readers[address]];
     return area.block ? static_cast<quint8>(area.block->byteValue(address + area.shift)) : OpenBus;
+}
+
+quint8 ZR8BitAddressSpace::peekRAM(quint16 address) const
+{
+    const Area &area = _d->areas[_d->writers[address]];
+    return area.ram ? static_cast<quint8>(area.ram->byteValue(address + area.shift)) : OpenBus;
 }
 
 bool ZR8BitAddressSpace::isRAM(quint16 address) const

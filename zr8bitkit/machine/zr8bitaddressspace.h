@@ -64,6 +64,8 @@ public:
 
     /// What read() would give, without a handler: 0xFF for a device.
     quint8 peek(quint16 address) const;
+    /// The byte that a write would replace, also below a ROM: 0xFF for a device.
+    quint8 peekRAM(quint16 address) const;
     /// Whether a write goes to a block.
     bool isRAM(quint16 address) const;
 

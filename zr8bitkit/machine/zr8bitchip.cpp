@@ -62,6 +62,11 @@ void ZR8BitChip::setProgramCounter(quint16 address)
     _core->movePC(address);
 }
 
+bool ZR8BitChip::isBusy() const
+{
+    return _core->stepping || _core->busy;
+}
+
 QStringList ZR8BitChip::registerIds() const
 {
     QStringList ids;

@@ -25,6 +25,7 @@ public:
     void setInterruptObserver(InterruptObserver observer) override;
     quint16 programCounter() const override;
     void setProgramCounter(quint16 address) override;
+    bool isBusy() const override;
     QStringList registerIds() const override;
     int registerSize(const QString &id) const override;
     int registerValue(const QString &id) const override;

@@ -86,6 +86,9 @@ public:
     /// to what follows it.
     virtual bool isCallNext() = 0;
 
+    /// Whether a step or an instruction is at work, and has called who asks.
+    virtual bool isBusy() const = 0;
+
     // Waiting
 
     /// Whether the instruction that ran last has left the processor where it was and will do so again until
@@ -98,7 +101,8 @@ public:
     /// Whether an instruction has stopped the processor until a reset.
     virtual bool isJammed() const = 0;
     /// While the processor is waiting: does what it would do until at least so many cycles have gone by, at
-    /// once. Returns the count of instructions.
+    /// once, and announces it once at most. Returns the count of instructions, 0 where each of them is to be
+    /// stepped: a call of itself writes to the stack.
     virtual quint64 wait(quint64 cycles) = 0;
 
     // Registers, without being watched

@@ -1,9 +1,9 @@
 #include <zr8bitkit/zr8bitlabels.h>
 
 #include "zrfailure_p.h"
+#include "zrreadfile_p.h"
 
 #include <zr8bitkit/zrnumbers.h>
-#include <zrbaselib/zrutils.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
@@ -84,8 +84,9 @@ ZR8BitLabels::~ZR8BitLabels() = default;
 bool ZR8BitLabels::load(const QString &filePath)
 {
     QByteArray text;
-    if (!ZRUtils::readFile(filePath, text))
-        return ZR_FAIL(QStringLiteral("Couldn't read label file '%1'!").arg(filePath));
+    QString error;
+    if (!readFile(filePath, text, error))
+        return ZR_FAIL(error);
     read(text);
     return true;
 }

@@ -1,10 +1,12 @@
 #include "zr8bitmachine_p.h"
 
 #include "zrfailure_p.h"
+#include "zrreadfile_p.h"
 
 #include <zr8bitkit/zr8bitprogramfile.h>
 #include <zr8bitkit/zrnumbers.h>
-#include <zrbaselib/zrutils.h>
+
+#include <QtCore/QScopedValueRollback>
 
 namespace ZR {
 
@@ -13,6 +15,11 @@ namespace {
 constexpr char sourceFile[] = "zr8bitkit/zr8bitmachine";
 
 constexpr int AddressCount = 0x10000;
+
+QString loadFailure(const QString &filePath, const QString &reason)
+{
+    return QStringLiteral("Couldn't load file '%1': %2").arg(filePath, reason);
+}
 
 } // namespace
 
@@ -37,37 +44,31 @@ void ZR8BitMachine::setLogger(ZRLoggerIface *logger)
 
 bool ZR8BitMachine::loadBytes(const QByteArray &bytes, int address)
 {
-    if (!_fits(bytes, address))
-        return false;
-    if (!chip())
-        return bytes.isEmpty() || _d->memory->write(bytes, address) || _fail(*_d->memory);
-    for (qsizetype i = 0; i < bytes.size(); ++i)
-        _d->space.write(static_cast<quint16>(address + i), static_cast<quint8>(bytes[i]));
-    return true;
+    _d->loaded.clear();
+    return _fits(bytes, address) && _copy(bytes, address);
 }
 
 bool ZR8BitMachine::loadFile(const QString &filePath, int address)
 {
     QByteArray bytes;
-    if (!ZRUtils::readFile(filePath, bytes))
-        return ZR_FAIL(QStringLiteral("Couldn't read file '%1'!").arg(filePath));
-    if (!loadBytes(bytes, address))
-        return ZR_FAIL(QStringLiteral("Couldn't load file '%1'! %2").arg(filePath, _lastError));
-    return true;
+    QString error;
+    if (!readFile(filePath, bytes, error))
+        return ZR_FAIL(error);
+    return loadBytes(bytes, address) || ZR_FAIL(loadFailure(filePath, _lastError));
 }
 
 bool ZR8BitMachine::loadFile(const QString &filePath)
 {
     QByteArray content;
-    if (!ZRUtils::readFile(filePath, content))
-        return ZR_FAIL(QStringLiteral("Couldn't read file '%1'!").arg(filePath));
-    if (!loadProgram(content, filePath))
-        return ZR_FAIL(QStringLiteral("Couldn't load file '%1'! %2").arg(filePath, _lastError));
-    return true;
+    QString error;
+    if (!readFile(filePath, content, error))
+        return ZR_FAIL(error);
+    return loadProgram(content, filePath) || ZR_FAIL(loadFailure(filePath, _lastError));
 }
 
 bool ZR8BitMachine::loadProgram(const QByteArray &content, const QString &fileName)
 {
+    _d->loaded.clear();
     QString error;
     const auto program = ZR8BitProgramFile::read(content, fileName, &error);
     if (!program)
@@ -79,10 +80,15 @@ bool ZR8BitMachine::loadProgram(const QByteArray &content, const QString &fileNa
             return false;
     }
     for (const ZR8BitProgramFile::Segment &segment : program->segments) {
-        if (!loadBytes(segment.bytes, segment.address))
+        if (!_copy(segment.bytes, segment.address))
             return false;
     }
     return true;
+}
+
+QList<ZR8BitMachine::LoadedPart> ZR8BitMachine::loadedParts() const
+{
+    return _d->loaded;
 }
 
 QStringList ZR8BitMachine::warnings() const
@@ -129,6 +135,7 @@ bool ZR8BitMachine::setRegister(const QString &id, int value)
 {
     if (registerValue(id) < 0)
         return false;
+    const QScopedValueRollback running(_d->running, true); // who hears of it must not load
     if (_d->chip->setRegisterValue(id, value))
         return true;
     const int largest = (1 << 8 * _d->chip->registerSize(id)) - 1;
@@ -199,7 +206,7 @@ bool ZR8BitMachine::_isLoaded()
 /// Whether an operation may change the machine now.
 bool ZR8BitMachine::_isReady(const QString &operation)
 {
-    if (_d->running)
+    if (_d->isBusy())
         return ZR_FAIL(QStringLiteral("The machine is running: it cannot %1 now!").arg(operation));
     return _isLoaded();
 }
@@ -219,6 +226,17 @@ bool ZR8BitMachine::_fits(const QByteArray &bytes, int address)
             return ZR_FAIL(
                 QStringLiteral("%1: there is no RAM at %2!").arg(text, ZRNumbers::addressText(place)));
     }
+    return true;
+}
+
+/// Copies bytes that fit.
+bool ZR8BitMachine::_copy(const QByteArray &bytes, int address)
+{
+    if (!chip() && !bytes.isEmpty() && !_d->memory->write(bytes, address))
+        return _fail(*_d->memory);
+    for (qsizetype i = 0; chip() && i < bytes.size(); ++i)
+        _d->space.write(static_cast<quint16>(address + i), static_cast<quint8>(bytes[i]));
+    _d->loaded.append({address, static_cast<int>(bytes.size())});
     return true;
 }
 

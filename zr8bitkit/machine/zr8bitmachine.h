@@ -36,7 +36,8 @@ class ZR8BitRegister;
 /// | "PROC_NAME.Type"         | also "Z80", which is always complete, with all instructions             |
 /// | "PROC_NAME.Instructions" | "documented" or "all", in any case of letters: the complete 6510        |
 /// |                          | with the instructions of the data sheet or with every opcode. Without   |
-/// |                          | the key it is the computer's own, which knows ADC and TAX.              |
+/// |                          | the key it is the computer's own, which knows ADC and TAX. A Z80 takes  |
+/// |                          | "all" only.                                                             |
 /// | "PROC_NAME.Map"          | what a complete processor sees: "RAM:MAIN@0, ROM:KERNAL@0xE000" has     |
 /// |                          | kind, name and address, then +OFFSET in the block and :LENGTH, if       |
 /// |                          | wanted. The later lies on top. Without the key the main memory at 0.    |
@@ -47,7 +48,7 @@ class ZR8BitRegister;
 /// Every failure gives false, or null, and a sentence in lastErrorStr(). The machine owns all that it gives
 /// out, until the next load or its end. To be used from one thread at a time. Handlers that run within a
 /// step, such as those of devices, may ask it, load bytes and call stop(); what loads or runs the machine is
-/// refused then with a sentence.
+/// refused then with a sentence. So it is for who hears of a register from setRegister() or restoreState().
 class ZR8BITKIT_EXPORT ZR8BitMachine : public ZRObject
 {
 public:
@@ -117,6 +118,13 @@ public:
         int instruction = 0;  ///< the address of the instruction
     };
 
+    /// A part of the memory that has been loaded. May grow at its end.
+    struct LoadedPart
+    {
+        int address = 0; ///< of its first byte
+        int length = 0;  ///< in bytes
+    };
+
     /// An instruction that has run. May grow at its end.
     struct RunInstruction
     {
@@ -165,6 +173,9 @@ public:
     /// The same with the content of the file.
     bool loadProgram(const QByteArray &content, const QString &fileName);
 
+    /// What the last one of these has copied, in the order of the file; nothing when it failed.
+    QList<LoadedPart> loadedParts() const;
+
     // Looking at it. Nothing here runs a handler of a device or makes a processor slower, but findRegister().
 
     /// How many addresses there are: 64 KiB, or the main memory's where the computer's own processor runs.
@@ -198,18 +209,19 @@ public:
     void stop();
 
     /// Runs a subroutine as if the instruction before PC had called it. True when it returned, with stack and
-    /// PC as before; else the last error says how the run ended.
+    /// PC as before; else the last error says how the run ended. A processor that has stopped calls nothing.
     bool call(int address, const RunLimits &limits);
     /// The same without limits.
     bool call(int address);
 
-    /// Runs one instruction, and of a call or one that repeats itself all until what follows it. Returns as
-    /// call() does.
+    /// Runs one instruction, and of a call or one that repeats itself all until what follows it. Leaves an
+    /// address of the limits where PC stands. Returns as call() does.
     bool stepOver(const RunLimits &limits);
     /// The same without limits.
     bool stepOver();
 
-    /// Runs until the present subroutine or interrupt handler has returned. Returns as call() does.
+    /// Runs until the present subroutine or interrupt handler has returned. Leaves an address and returns as
+    /// stepOver() does.
     bool stepOut(const RunLimits &limits);
     /// The same without limits.
     bool stepOut();
@@ -231,7 +243,8 @@ public:
 
     // What has run
 
-    /// Keeps the last 256 instructions from now on, which takes time, or forgets them. Not by default.
+    /// Keeps the last 256 instructions from now on, which takes time, or forgets them. Not by default. One
+    /// that waits without taking time is kept once.
     bool setHistory(bool kept);
 
     /// The instructions that are kept, the last one at the end.
@@ -283,8 +296,10 @@ private:
     bool _isReady(const QString &operation);
     bool _isLoaded();
     bool _fits(const QByteArray &bytes, int address);
+    bool _copy(const QByteArray &bytes, int address);
     bool _isComplete(const QString &operation);
-    bool _reach(const QString &failure, const RunLimits &limits, const std::function<bool(int length)> &goal);
+    bool _reach(const QString &failure, const RunLimits &limits, const std::function<bool(int length)> &goal,
+                bool leavesAddress);
 
     bool _checkTypes(ZRConfigIface *config);
     bool _choose(ZRConfigIface *config, const Choice &choice);

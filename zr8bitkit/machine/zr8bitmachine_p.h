@@ -62,7 +62,8 @@ struct ZR8BitMachine::Private
     /// Where a run is to end besides its limits. Is asked after each instruction, which had this length.
     using Goal = std::function<bool(int length)>;
 
-    std::optional<RunEnd> run(const RunLimits &limits, const Goal &goal);
+    bool isBusy() const { return running || (chip && chip->isBusy()); }
+    std::optional<RunEnd> run(const RunLimits &limits, const Goal &goal, bool leavesAddress);
     std::optional<RunEnd> endBefore(const RunLimits &limits, qint64 rest, quint64 lastCycle,
                                     bool waits) const;
     bool canLeaveWaiting(const RunLimits &limits) const;
@@ -85,6 +86,7 @@ struct ZR8BitMachine::Private
 
     QStringList warnings;
     ZR8BitChipIface::InterruptObserver observer;
+    QList<LoadedPart> loaded;
     std::unique_ptr<InstructionRing> history; ///< while it is kept
     std::optional<SeenAccess> seen;           ///< in the present or last run
     qint64 instructionCount = 0;

@@ -47,9 +47,10 @@ const struct
 {
     const char *type;
     CompleteProcessor (*make)(ZR8BitMachine::Instructions instructions);
+    bool hasChoice; ///< whether it can do without the undocumented instructions
 } processorTypes[] = {
-    {"MOS6510", makeMOS6510},
-    {"Z80", makeZ80},
+    {"MOS6510", makeMOS6510, true},
+    {"Z80", makeZ80, false},
 };
 
 std::optional<size_t> typeIndex(const QString &type)
@@ -139,11 +140,18 @@ QString firstRAM(const QStringList &map)
     return QString();
 }
 
+/// A setting for messages, with its file and line where the settings know them.
+QString nameOf(ZRConfigIface *config, const QString &key)
+{
+    const auto *settings = dynamic_cast<const ZRMapConfig *>(config);
+    return settings ? settings->nameOf(key) : key;
+}
+
 } // namespace
 
 bool ZR8BitMachine::load(ZRConfigIface *config, const Choice &choice)
 {
-    if (_d->running)
+    if (_d->isBusy())
         return _isReady(QStringLiteral("be loaded"));
     _unwire();
     if (config && !_checkTypes(config))
@@ -166,7 +174,7 @@ bool ZR8BitMachine::load(ZRConfigIface *config)
 
 bool ZR8BitMachine::loadSettings(const QString &filePath, const Choice &choice)
 {
-    if (_d->running)
+    if (_d->isBusy())
         return _isReady(QStringLiteral("be loaded"));
     ZRIniConfig config;
     config.setLogger(_logger);
@@ -230,7 +238,8 @@ bool ZR8BitMachine::_choose(ZRConfigIface *config, const Choice &choice)
     _d->memory = memories.value(memory);
     // The type of every processor of a computer derives from this class.
     _d->processor = static_cast<ZR8BitProcBase *>(processors.value(processor));
-    return _makeProcessor(config, prefix, choice.instructions) && _map(mapKey, map) && _wire(config, prefix);
+    return _makeProcessor(config, prefix, choice.instructions) && _map(nameOf(config, mapKey), map) &&
+           _wire(config, prefix);
 }
 
 /// Makes an empty name that of the only part, and returns whether there is a part of the name.
@@ -251,15 +260,21 @@ bool ZR8BitMachine::_findName(QString &name, const QStringList &names, const QSt
 /// Makes a complete processor the one to run, when it is wanted.
 bool ZR8BitMachine::_makeProcessor(ZRConfigIface *config, const QString &prefix, Instructions instructions)
 {
-    const QString word = config->stringValue(prefix + QStringLiteral(".Instructions"), QString());
+    const QString key = prefix + QStringLiteral(".Instructions");
+    const QString word = config->stringValue(key, QString());
     if (instructions == Instructions::AsSettings && !word.isEmpty()) {
         const bool isAll = word.compare(QLatin1String("all"), Qt::CaseInsensitive) == 0;
         if (!isAll && word.compare(QLatin1String("documented"), Qt::CaseInsensitive) != 0)
-            return ZR_FAIL(QStringLiteral("Instructions are 'documented' or 'all', not '%1'!").arg(word));
+            return ZR_FAIL(
+                QStringLiteral("%1 is 'documented' or 'all', not '%2'!").arg(nameOf(config, key), word));
         instructions = isAll ? Instructions::All : Instructions::Documented;
     }
-    const QString type = config->stringValue(prefix + QStringLiteral(".Type"), QString());
-    _d->complete = processorTypes[*typeIndex(type)].make(instructions);
+    const QString name = config->stringValue(prefix + QStringLiteral(".Type"), QString());
+    const auto &type = processorTypes[*typeIndex(name)];
+    if (instructions == Instructions::Documented && !type.hasChoice)
+        return ZR_FAIL(QStringLiteral("A %1 has all of its instructions, never the 'documented' ones alone!")
+                           .arg(QLatin1String(type.type)));
+    _d->complete = type.make(instructions);
     if (_d->complete.chip)
         _d->processor = _d->complete.processor.get();
     return true;
@@ -321,6 +336,7 @@ void ZR8BitMachine::_unwire()
     _d->space.clear();
     _d->watch.watch(0, 0, Access::Any);
     _d->observer = nullptr;
+    _d->loaded.clear();
     _d->history.reset();
     _d->warnings.clear();
     _d->instructionCount = 0;

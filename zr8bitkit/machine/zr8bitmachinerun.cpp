@@ -38,7 +38,7 @@ QList<ZR8BitMachine::RunInstruction> InstructionRing::instructions() const
 
 ZR8BitMachine::RunEnd ZR8BitMachine::run(const RunLimits &limits)
 {
-    return _isReady(QStringLiteral("run")) ? *_d->run(limits, Private::Goal()) : RunEnd::Stopped;
+    return _isReady(QStringLiteral("run")) ? *_d->run(limits, Private::Goal(), false) : RunEnd::Stopped;
 }
 
 ZR8BitMachine::RunEnd ZR8BitMachine::run()
@@ -57,13 +57,16 @@ bool ZR8BitMachine::call(int address, const RunLimits &limits)
         return false;
     if (address < 0 || address >= AddressCount)
         return ZR_FAIL(QStringLiteral("A subroutine stands at $0000 to $FFFF!"));
+    if (_d->processor->hardwareIssue())
+        return ZR_FAIL(_d->processor->hardwareIssueMsg());
     const ZR8BitChipIface &chip = *_d->chip;
     const quint16 caller = chip.programCounter();
     const quint16 stack = chip.stackPointer();
     _d->chip->call(static_cast<quint16>(address));
-    return _reach(QStringLiteral("The subroutine did not return"), limits, [&chip, caller, stack](int) {
+    const auto hasReturned = [&chip, caller, stack](int) {
         return chip.programCounter() == caller && chip.stackPointer() == stack;
-    });
+    };
+    return _reach(QStringLiteral("The subroutine did not return"), limits, hasReturned, false);
 }
 
 bool ZR8BitMachine::call(int address)
@@ -79,10 +82,11 @@ bool ZR8BitMachine::stepOver(const RunLimits &limits)
     const quint16 start = chip.programCounter();
     const quint16 stack = chip.stackPointer();
     const bool isCall = _d->chip->isCallNext();
-    return _reach(QStringLiteral("The step did not end"), limits, [&chip, start, stack, isCall](int) {
+    const auto isOver = [&chip, start, stack, isCall](int) {
         const quint16 distance = static_cast<quint16>(chip.programCounter() - start);
         return !isCall || (distance > 0 && distance <= LongestInstruction && chip.stackPointer() == stack);
-    });
+    };
+    return _reach(QStringLiteral("The step did not end"), limits, isOver, true);
 }
 
 bool ZR8BitMachine::stepOver()
@@ -98,7 +102,7 @@ bool ZR8BitMachine::stepOut(const RunLimits &limits)
     quint16 address = chip.programCounter();
     quint16 stack = chip.stackPointer();
     int level = 0; // bytes that the stack has lost since the start
-    return _reach(QStringLiteral("The subroutine did not return"), limits, [&](int length) {
+    const auto hasReturned = [&](int length) {
         // A return is what takes an address from the stack and goes elsewhere. Where the stack is a page, it
         // may go round.
         const auto taken = static_cast<qint8>(chip.stackPointer() - stack);
@@ -107,7 +111,8 @@ bool ZR8BitMachine::stepOut(const RunLimits &limits)
         address = chip.programCounter();
         stack = chip.stackPointer();
         return jumps && taken >= 2 && level > 0;
-    });
+    };
+    return _reach(QStringLiteral("The subroutine did not return"), limits, hasReturned, true);
 }
 
 bool ZR8BitMachine::stepOut()
@@ -153,11 +158,11 @@ QList<ZR8BitMachine::RunInstruction> ZR8BitMachine::history() const
     return _d->history ? _d->history->instructions() : QList<RunInstruction>();
 }
 
-/// Runs to a goal. Fails where the run ends before.
+/// Runs to a goal, and leaves the present address first, if wanted. Fails where the run ends before.
 bool ZR8BitMachine::_reach(const QString &failure, const RunLimits &limits,
-                           const std::function<bool(int length)> &goal)
+                           const std::function<bool(int length)> &goal, bool leavesAddress)
 {
-    const std::optional<RunEnd> end = _d->run(limits, goal);
+    const std::optional<RunEnd> end = _d->run(limits, goal, leavesAddress);
     return !end || ZR_FAIL(QStringLiteral("%1: the run %2!").arg(failure, ZR8BitTrace(*this).endText(*end)));
 }
 
@@ -171,7 +176,9 @@ bool ZR8BitMachine::_isComplete(const QString &operation)
 }
 
 /// Runs to the end that the limits ask for, or that the program makes; nothing when it has reached the goal.
-std::optional<ZR8BitMachine::RunEnd> ZR8BitMachine::Private::run(const RunLimits &limits, const Goal &goal)
+/// What leaves the present address does not end there.
+std::optional<ZR8BitMachine::RunEnd> ZR8BitMachine::Private::run(const RunLimits &limits, const Goal &goal,
+                                                                 bool leavesAddress)
 {
     running = true;
     const auto leave = qScopeGuard([this] { running = false; });
@@ -180,12 +187,14 @@ std::optional<ZR8BitMachine::RunEnd> ZR8BitMachine::Private::run(const RunLimits
     const quint64 start = chip->cycles();
     const quint64 lastCycle = start + qMin(limits.cycles, UnlimitedCycles - start);
     qint64 rest = limits.instructions;
-    for (bool waits = false;;) {
+    for (bool waits = false, leaves = leavesAddress;; leaves = false) {
+        if (!leaves && !limits.addresses.isEmpty() && limits.addresses.contains(chip->programCounter()))
+            return RunEnd::Address;
         if (const auto end = endBefore(limits, rest, lastCycle, waits))
             return end;
         if (waits && limits.instructions == UnlimitedInstructions && !limits.predicate) {
             const quint64 count = chip->wait(lastCycle - chip->cycles());
-            instructionCount += static_cast<qint64>(count);
+            instructionCount = static_cast<qint64>(static_cast<quint64>(instructionCount) + count);
             if (count > 0)
                 continue;
         }
@@ -198,18 +207,16 @@ std::optional<ZR8BitMachine::RunEnd> ZR8BitMachine::Private::run(const RunLimits
             return std::nullopt;
         if (seen)
             return RunEnd::Watch;
-        if (stopRequested || (limits.predicate && limits.predicate()))
+        if ((limits.predicate && limits.predicate()) || stopRequested)
             return RunEnd::Requested;
         waits = chip->isWaiting();
     }
 }
 
-/// Why no further instruction runs. waits tells of the one before in the same run.
+/// Why no further instruction runs, addresses apart. waits tells of the one before in the same run.
 std::optional<ZR8BitMachine::RunEnd> ZR8BitMachine::Private::endBefore(const RunLimits &limits, qint64 rest,
                                                                        quint64 lastCycle, bool waits) const
 {
-    if (!limits.addresses.isEmpty() && limits.addresses.contains(chip->programCounter()))
-        return RunEnd::Address;
     if (waits && !canLeaveWaiting(limits))
         return RunEnd::EndlessLoop;
     if (rest <= 0)

@@ -8,6 +8,7 @@
 
 #include <QtCore/QDataStream>
 #include <QtCore/QIODevice>
+#include <QtCore/QScopedValueRollback>
 
 namespace ZR {
 
@@ -101,12 +102,20 @@ bool ZR8BitMachine::restoreState(const QByteArray &bytes)
     const QString objection = _d->readState(bytes, state);
     if (!objection.isEmpty())
         return ZR_FAIL(objection);
-    if (!_d->chip->restoreState(state.chip))
+    const auto setBlocks = [this](const MachineState &from) {
+        for (const auto &[name, content] : from.blocks.asKeyValueRange())
+            _d->computer.rams().value(name)->setValue(content, 0);
+    };
+    const MachineState before = _d->state();
+    // Who hears of a register sees the memory that goes with it, and must not load.
+    const QScopedValueRollback running(_d->running, true);
+    setBlocks(state);
+    if (!_d->chip->restoreState(state.chip)) {
+        setBlocks(before);
         return ZR_FAIL(QStringLiteral("The state of the processor is damaged!"));
+    }
     if (!_d->chip->isJammed())
         _d->processor->resetHardwareIssue();
-    for (const auto &[name, content] : state.blocks.asKeyValueRange())
-        _d->computer.rams().value(name)->setValue(content, 0);
     return true;
 }
 

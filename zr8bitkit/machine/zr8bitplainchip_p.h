@@ -36,6 +36,7 @@ public:
     quint16 stackPointer() const override { return 0; }
     void call(quint16 address) override { setProgramCounter(address); }
     bool isCallNext() override { return false; }
+    bool isBusy() const override { return false; } // not known
 
     bool isWaiting() const override { return false; }
     bool acceptsIRQ() const override { return false; }

@@ -136,7 +136,7 @@ bool ZR8BitProcMOS6510Full::isCallNext()
 
 bool ZR8BitProcMOS6510Full::isWaiting() const
 {
-    return _core->waitsAt == _d->chip.programCounter();
+    return _core->waitsAt == _d->chip.programCounter() && !_core->nmi;
 }
 
 bool ZR8BitProcMOS6510Full::isJammed() const
@@ -146,16 +146,10 @@ bool ZR8BitProcMOS6510Full::isJammed() const
 
 quint64 ZR8BitProcMOS6510Full::wait(quint64 cycles)
 {
-    Chip &chip = _d->chip;
-    const auto isIdle = [&] { return isWaiting() && !_hardwareIssue && !_paused && !_isInterruptDue(); };
-    quint64 count = 0;
-    if (isIdle() && !_d->pushesInWait) {
-        count = cycles / _core->cyclesOfWait + (cycles % _core->cyclesOfWait != 0);
-        chip.cycles += count * _core->cyclesOfWait;
-        return count;
-    }
-    for (const quint64 start = chip.cycles; isIdle() && chip.cycles - start < cycles && execute() > 0;)
-        ++count;
+    if (!isWaiting() || _d->pushesInWait || _hardwareIssue || _paused || _isInterruptDue())
+        return 0;
+    const quint64 count = cycles / _core->cyclesOfWait + (cycles % _core->cyclesOfWait != 0);
+    _core->cycles += count * _core->cyclesOfWait;
     return count;
 }
 

@@ -213,7 +213,7 @@ bool ZR8BitProcZ80::isHalted() const
 
 bool ZR8BitProcZ80::isWaiting() const
 {
-    return isHalted() || _core->waitsAt == _d->chip.programCounter();
+    return (isHalted() || _core->waitsAt == _d->chip.programCounter()) && !_core->nmi;
 }
 
 bool ZR8BitProcZ80::isJammed() const

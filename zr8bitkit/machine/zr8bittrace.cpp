@@ -116,7 +116,10 @@ QString ZR8BitTrace::endText(ZR8BitMachine::RunEnd end) const
     case ZR8BitMachine::RunEnd::Stopped:
         break;
     }
-    return QStringLiteral("met a hardware issue at %1 after %2 instructions").arg(address, count);
+    const bool hasIssue = _d->machine.processor() && _d->machine.processor()->hardwareIssue();
+    return QStringLiteral("%1 at %2 after %3 instructions")
+        .arg(hasIssue ? QStringLiteral("met a hardware issue") : QStringLiteral("could not go on"), address,
+             count);
 }
 
 QString ZR8BitTrace::addressText(int address) const

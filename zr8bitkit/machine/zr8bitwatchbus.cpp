@@ -39,7 +39,7 @@ quint8 WatchBus::read(quint16 address)
 
 void WatchBus::write(quint16 address, quint8 value)
 {
-    const int before = _writes ? _space.peek(address) : 0;
+    const int before = _writes ? _space.peekRAM(address) : 0;
     _space.write(address, value);
     if (_writes)
         _note(address, true, before, value);
