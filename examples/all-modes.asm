@@ -31,7 +31,7 @@
         * = $0303
         .byte $80               ; $0300 + Y
         * = $0306
-        .byte $40               ; behind the pointer at $22
+        .byte $40               ; after the pointer at $22
         * = $0308
         .byte $08               ; absolute
         * = $030a

@@ -35,7 +35,7 @@ next    inx
         inc decimal
         ldy #0                  ; Y is the place in the text
 count   inx
-        beq *                   ; behind 255: the end
+        beq *                   ; after 255: the end
         sed
         lda decimal
         clc

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char Lead = 'L'; // stands in the output before the reader appends to it
 
-/// What the reader makes of a text, behind the lead.
+/// What the reader makes of a text, after the lead.
 QByteArray read(const QString &listing, bool &isGood)
 {
     QByteArray data(1, Lead);

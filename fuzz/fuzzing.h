@@ -1,7 +1,7 @@
 #pragma once
 
 // What the fuzzers share. Each takes its numbers from the end of the input and its texts and bytes from the
-// front, so that a plain file, with a few bytes for the numbers behind it, makes a good seed.
+// front, so that a plain file, with a few bytes for the numbers after it, makes a good seed.
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -31,7 +31,7 @@ extern "C" const char *__asan_default_options()
     return "malloc_context_size=3:quarantine_size_mb=2:thread_local_quarantine_size_kb=256";
 }
 
-/// Bytes whose memory ends with them, so that AddressSanitizer sees a read behind them.
+/// Bytes whose memory ends with them, so that AddressSanitizer sees a read beyond them.
 class ExactBytes
 {
 public:

@@ -84,7 +84,7 @@ private:
         return value;
     }
 
-    /// An interrupt, and BRK, which returns behind its second byte.
+    /// An interrupt, and BRK, which returns after its second byte.
     void interrupt(int vector, bool isBreak = false)
     {
         nmi = nmi && vector != 0xFFFA;

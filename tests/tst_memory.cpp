@@ -61,7 +61,7 @@ private Q_SLOTS:
     void failures_data()
     {
         addRows(R"(
-behind the end | 0 | 4 | Invalid memory address: 0x00000004! Availabel: 0x00000000 - 0x00000003
+beyond the end | 0 | 4 | Invalid memory address: 0x00000004! Availabel: 0x00000000 - 0x00000003
 far away | 1 | 2147483647 | Invalid memory address: 0x7fffffff! Availabel: 0x00000000 - 0x00000003
 negative | 1 | -1 | Invalid memory address: 0x-0000001! Availabel: 0x00000000 - 0x00000003
 bad length | -1 | 0 | Invalid data to write! Length: -1

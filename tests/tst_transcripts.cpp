@@ -2,7 +2,7 @@
 //
 // A block is a run of indented lines that begins with "    $ ". Its commands, which may go on in lines with
 // "    > ", are run one by one in a new folder with a copy of examples/. What they print on standard output
-// and standard error must be what stands behind them, with the exit code as in "[1]" where it is not 0. With
+// and standard error must be what stands after them, with the exit code as in "[1]" where it is not 0. With
 // ZR_ACCEPT in the environment, what they print is written there instead.
 
 #include <QtCore/QProcess>
@@ -145,7 +145,7 @@ private Q_SLOTS:
     }
 
 private:
-    QMap<QString, qsizetype> _growth; ///< lines that each file has got in front of its next block
+    QMap<QString, qsizetype> _growth; ///< lines that each file has got before its next block
 };
 
 QTEST_GUILESS_MAIN(tst_Transcripts)

@@ -18,7 +18,7 @@ const QByteArray codeTable =
     "E1 E0 E2 E3 E4 E5 101 103 105|E9 E8 EA EB 113 115 117 119 11B|ED EC EE EF 129 12B 12D 12F 131|"
     "F3 F2|F6|151 F0 F4 F5 14D 14F|FA F9|FC|171 FB 169 16B 16D 16F|C5A0|C59E|C5A4|C5B9|C5BD|C5BB|C2B0";
 
-/// The messages of the log, as in "W text" and "C text", behind a stroke each.
+/// The messages of the log, as in "W text" and "C text", after a stroke each.
 QString logged;
 
 void keepMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
@@ -66,7 +66,7 @@ private Q_SLOTS:
         QCOMPARE(ZR8BitTVC::BinToDB(data, true, true, 2), u"DB $00,$0A\rDB $63,$FF\rDB $C8"_s);
     }
 
-    void readListing_data() // "!" stands behind the bytes of a listing that is bad
+    void readListing_data() // "!" stands after the bytes of a listing that is bad
     {
         addRows(R"(
 lines | start DB 10, $1F,$C0 ; first\rdb 300,-1,\r; end | 0a1fc02cff
@@ -87,7 +87,7 @@ other digits | DB ١ | !
         QCOMPARE(QLatin1String(bytes.toHex()) + (isGood ? u""_s : u"!"_s), fields[1]);
     }
 
-    // A text, or bytes behind "$"; the format; the other side and the messages. The separator stands behind
+    // A text, or bytes after "$"; the format; the other side and the messages. The separator stands after
     // ":" where it is no comma.
     void sound_data()
     {

@@ -153,7 +153,7 @@ private Q_SLOTS:
         QVERIFY2(error.contains(u"11184 seconds"), qPrintable(error));
     }
 
-    /// A program that goes on behind $FFFF, jumps into the screen, and there overwrites itself by what a port
+    /// A program that goes on after $FFFF, jumps into the screen, and there overwrites itself by what a port
     /// gives that nobody answers.
     void odd()
     {

@@ -14,7 +14,7 @@ static_assert(ZRTVC16Pixel() == 0 && ZRTVC16Pixel(0x89) == 0x89);
 
 namespace {
 
-/// All codes. Bright black, which is black again, stands last, behind the distinct colours.
+/// All codes. Bright black, which is black again, stands last, after the distinct colours.
 const unsigned char codes[] = {0x00, 0x02, 0x08, 0x0A, 0x20, 0x22, 0x28, 0x2A,
                                0x82, 0x88, 0x8A, 0xA0, 0xA2, 0xA8, 0xAA, 0x80};
 const int distinctCount = 15;
