@@ -13,7 +13,7 @@ _zr8bit()
         2\ sprite\ *) choices='encode decode preview --help' kind= ;;
         *\ --instructions) choices='documented all' kind= ;;
         *\ --type) choices='MOS6510 Z80' kind= ;;
-        *\ describe\ *) choices='MOS6510 --instructions --help' kind= ;;
+        *\ describe\ *) choices='MOS6510 Z80 --instructions --help' kind= ;;
         *\ --newline) choices='lf cr crlf' kind= ;;
         *\ --fit) choices='contain cover stretch' kind= ;;
         *\ --dither) choices='none bayer bayer2 bayer4 bayer8 floyd-steinberg' kind= ;;

@@ -86,7 +86,7 @@ void flushOutput()
 {
     if (std::fflush(stdout) != 0)
         noteOutputError();
-    if (outputError != 0) // or an earlier flush has failed, in front of a warning
+    if (outputError != 0) // or an earlier flush has failed, before a warning
         failOutput();
 }
 

@@ -92,13 +92,13 @@ void describe(const Options &options)
 
 void addDescribeCommand(CLI::App &app)
 {
-    CLI::App *command =
-        addCommand(app, "describe",
-                   "Print what a processor says of itself: texts, registers "
-                   "and instruction table.",
-                   {"zr8bit describe", "zr8bit describe MOS6510 --instructions all | grep LAX"});
+    CLI::App *command = addCommand(
+        app, "describe", "Print what a processor says of itself: texts, registers and instruction table.",
+        {"zr8bit describe", "zr8bit describe MOS6510 --instructions all | grep LAX"});
     auto options = std::make_shared<Options>();
-    command->add_option("TYPE", options->type, "Processor type; MOS6510 by default");
-    addInstructionsOption(*command, options->choice.instructions, "only ADC and TAX by default");
+    command->add_option("TYPE", options->type, "Processor type; MOS6510 by default")
+        ->type_name("MOS6510|Z80");
+    addInstructionsOption(*command, options->choice.instructions,
+                          "the MOS6510 has only ADC and TAX by default");
     command->callback([options] { describe(*options); });
 }

@@ -120,7 +120,7 @@ void addDisassembleCommand(CLI::App &app)
     addWordOption(
         *command, "--type", {QStringLiteral("MOS6510"), QStringLiteral("Z80")},
         [options](size_t index) { options->isZ80 = index == 1; }, "Processor type; MOS6510 by default");
-    addInstructionsOption(*command, options->instructions, "of the MOS6510 only; documented by default");
+    addInstructionsOption(*command, options->instructions, "for the MOS6510 alone; documented by default");
     command->footer(
         "A byte that begins no instruction is shown as .BYTE or DEFB. An address is a number, written\n"
         "as 512, 0x200 or $200, or a label of --labels.");

@@ -17,11 +17,6 @@ namespace {
 constexpr qint64 MiB = 1 << 20;
 constexpr qint64 LargestInput = 256 * MiB; // a device may have no end
 
-bool isStandardStream(const QString &path)
-{
-    return path == QLatin1String("-");
-}
-
 [[noreturn]] void failToRead(const QString &path, const QFileDevice &file)
 {
     throw Failure(QStringLiteral("Couldn't read %1: %2").arg(inputName(path), file.errorString()));
@@ -76,6 +71,11 @@ QString readUtf8(const QString &path)
     if (text.startsWith(QChar::ByteOrderMark))
         text.remove(0, 1);
     return text;
+}
+
+bool isStandardStream(const QString &path)
+{
+    return path == QLatin1String("-");
 }
 
 QString inputName(const QString &path)

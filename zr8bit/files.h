@@ -23,6 +23,9 @@ QByteArray readInput(const QString &path);
 /// The input as a text, without a byte order mark. Throws as readInput(), and Failure for what is not UTF-8.
 QString readUtf8(const QString &path);
 
+/// Whether a path stands for standard input or output.
+bool isStandardStream(const QString &path);
+
 /// The input as messages name it: the path in quotes, or "standard input".
 QString inputName(const QString &path);
 
@@ -38,8 +41,8 @@ struct NamedData
 
 /// The outputs of a command, which are written together: all of them or, when one fails, none.
 ///
-/// Files are written under other names and renamed at the end, so that existing ones stay as they were until
-/// then, also when an interrupt ends the program: if the system refuses to rename one, those before it have
+/// Files are written under other names and renamed at the end. Until then existing ones stay as they were,
+/// also when an interrupt ends the program. Only if the system refuses to rename one, those before it have
 /// been replaced. Devices, pipes and standard output are written to as they are, when all files are ready.
 class Outputs
 {
@@ -70,6 +73,6 @@ private:
 void writeOutput(const QString &path, const QByteArray &data);
 void writeOutput(const QString &path, const Writer &write);
 
-/// The first output that is the same file as one in front of it, by the same name, by a link or by another
-/// way through the folders; an empty text when there is none. To be asked before a long job.
+/// The first output that is the same file as one before it, by the same name, by a link or by another way
+/// through the folders; an empty text when there is none. To be asked before a long job.
 QString repeatedOutput(const QStringList &paths);

@@ -200,7 +200,7 @@ void addDecode(CLI::App &group, const std::shared_ptr<Options> &options)
         {"zr8bit image encode examples/sunset.png | zr8bit image decode --width 128 -o sunset-tvc.png",
          "zr8bit image decode examples/all-modes.bin --width 32 -o modes.png"});
     addInputArgument(*command, options->input, "File with the bytes of the picture");
-    addPictureFileOption(*command, "-o,--output", options->output, "File for the picture");
+    addPictureOutputOption(*command, options->output);
     addNumberOption(*command, "--width", "PIXELS", {1, LongestSide}, options->width,
                     "Width of the picture; 128 by default with --screen");
     command->add_flag("--screen", options->screen, "Show pixels in their shape on the screen, each 5 x 2");
@@ -219,7 +219,7 @@ void addPreview(CLI::App &group, const std::shared_ptr<Options> &options)
         {"zr8bit image preview --screen --dither floyd-steinberg examples/balls.png -o balls-tvc.png",
          "zr8bit image preview < examples/coin-0.png > coin-0-preview.png"});
     addPictureOptions(*command, *options);
-    addPictureFileOption(*command, "-o,--output", options->output, "File for the picture");
+    addPictureOutputOption(*command, options->output);
     addScaleOption(*command, options->scale);
     command->footer(
         "It shows what encode gives with the same options. With --screen each pixel is 5 x 2, as its "

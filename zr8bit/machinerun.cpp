@@ -12,6 +12,8 @@
 #include <zr8bitkit/zrnumbers.h>
 #include <zr8bitlib/zr8bitprocbase.h>
 
+#include <QtCore/QFile>
+
 using ZR::ZR8BitMachine;
 using ZR::ZRNumbers;
 using RunEnd = ZR8BitMachine::RunEnd;
@@ -73,8 +75,11 @@ void MachineRun::_load(const QString &load)
 {
     const qsizetype at = load.lastIndexOf(u'@');
     const QString place = load.mid(at + 1);
-    const bool hasAddress = at > 0 && (ZRNumbers::parse(place) || _labels.addressOf(place) >= 0);
-    const QString file = hasAddress ? load.left(at) : load; // another @ belongs to the name
+    // Another @ belongs to the name, unless there is a file of what stands before it alone.
+    const bool isAddress = ZRNumbers::parse(place) || _labels.addressOf(place) >= 0 ||
+                           (!QFile::exists(load) && QFile::exists(load.left(at)));
+    const bool hasAddress = at > 0 && isAddress;
+    const QString file = hasAddress ? load.left(at) : load;
     const QByteArray content = readInput(file);
     if (!(hasAddress ? _machine.loadBytes(content, addressOf("--load", place, _labels))
                      : _machine.loadProgram(content, file)))
@@ -137,6 +142,8 @@ void MachineRun::_map(const std::string &option, const OutputPlace &place,
 {
     const auto write = [take](quint16, quint8 value) { take(value); };
     const int address = addressOf(option, place.address, _labels);
+    if (place.isPort && address > LowByte)
+        failOption(option, place.address, QStringLiteral("a port from 0 to 255"));
     ZR::ZR8BitAddressSpace &space = _machine.addressSpace();
     if (!(place.isPort ? space.mapPort(address, LowByte, nullptr, write)
                        : space.mapDevice(address, 1, nullptr, write)))

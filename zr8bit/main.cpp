@@ -91,7 +91,8 @@ int parse(CLI::App &app)
 int runCommandLine()
 {
     CLI::App app("Runs configured 8-bit machines and converts data of the Videoton TV Computer (TVC).\n"
-                 "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line.\n"
+                 "Exit codes: 0 success, 1 failure with the cause on standard error, 2 wrong command line;\n"
+                 "with the option --exit of run and tvc the byte that the program gives.\n"
                  "The examples of the help texts are installed in share/doc/zr8bit/examples.",
                  "zr8bit");
     app.set_version_flag("--version", "zr8bit " ZR8BITLIB_VERSION_STR);

@@ -28,7 +28,7 @@ private:
     std::string _examples;
 };
 
-/// How a value is written, for a message: nothing when it is written so, and its range is what is wrong.
+/// What a message adds on how a value is written: nothing when it is written that way, and only out of range.
 QString spelling(const QString &value, const QString &example)
 {
     static const QRegularExpression digits(QStringLiteral("\\$[0-9a-f]+|0x[0-9a-f]+|[0-9]+"),

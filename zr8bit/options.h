@@ -13,8 +13,7 @@
 #include <string>
 #include <vector>
 
-// What the sub-commands share of their command lines, and all that they need of the parser, which then stores
-// an option in a QString as it does in a std::string.
+// What the sub-commands share of their command lines, and what lets the parser store options in a QString.
 
 /// Reads the value of an option, which is UTF-8. The parser finds it by the type of the target.
 bool lexical_cast(const std::string &value, QString &target);
@@ -32,8 +31,8 @@ struct NumberRange
     int largest = std::numeric_limits<int>::max();
 };
 
-/// The number that a value of an option is; what says what it is the number of. Ends parsing when it is none
-/// or out of the range.
+/// The number that is the value of an option. Ends parsing when it is none or out of the range, with a
+/// message in which what names it, as in "a pitch".
 int parseNumber(const std::string &name, const QString &value, const QString &what, NumberRange range);
 
 /// Adds an option that takes a number, written as 512, 0x200 or $200. Any other value is a wrong command

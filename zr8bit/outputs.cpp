@@ -29,11 +29,6 @@ namespace {
     throw Failure(QStringLiteral("Couldn't write '%1': %2").arg(path, reason));
 }
 
-bool isStandardStream(const QString &path)
-{
-    return path == QLatin1String("-");
-}
-
 /// Whether path is standard output, a device or a pipe, which is written to and must not be replaced by a
 /// file.
 bool isStream(const QString &path)
@@ -219,8 +214,8 @@ std::filesystem::path targetOf(const QString &output)
     if (isStandardStream(output))
         file.setFile(QStringLiteral("/dev/stdout"));
 #endif
-    for (int i = 0; i < MostLinks && file.isSymLink() && !file.exists();
-         ++i) // the link's target will be made
+    // What a link leads to may not be there yet.
+    for (int i = 0; i < MostLinks && file.isSymLink() && !file.exists(); ++i)
         file.setFile(file.symLinkTarget());
     const std::filesystem::path path = file.filesystemAbsoluteFilePath();
     std::error_code error;

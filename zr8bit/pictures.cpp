@@ -210,6 +210,13 @@ CLI::Option *addPictureFileOption(CLI::App &command, const std::string &option, 
     return command.add_option_function<QString>(option, store, description)->type_name("PICTURE");
 }
 
+void addPictureOutputOption(CLI::App &command, QString &target)
+{
+    addPictureFileOption(command, "-o,--output", target,
+                         "File for the picture, in the format that its name ends in; standard output by "
+                         "default and for -");
+}
+
 QByteArray encodePicture(const QImage &picture, const QString &path)
 {
     if (picture.isNull())

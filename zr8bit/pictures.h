@@ -24,7 +24,7 @@ constexpr int LongestSide = 0xFFFF;
 /// Throws Failure when it is none. Warns when it is the first of several frames.
 QImage readPicture(const QString &path);
 
-/// Reads all frames of a picture in the same way; one that does not move is one.
+/// Reads all frames of a picture in the same way; one that does not move has one frame.
 QList<QImage> readFrames(const QString &path);
 
 /// The picture as the bytes of a file, in the format that the file's name ends in: PNG when it ends in none.
@@ -36,6 +36,9 @@ QByteArray encodePicture(const QImage &picture, const QString &path);
 /// is a wrong command line.
 CLI::Option *addPictureFileOption(CLI::App &command, const std::string &option, QString &target,
                                   const std::string &description);
+
+/// Adds the option -o in this way: a file for a picture, or standard output.
+void addPictureOutputOption(CLI::App &command, QString &target);
 
 /// The picture with each pixel repeated to a square; null when there is not enough memory.
 QImage enlarge(const QImage &picture, int scale);

@@ -62,7 +62,9 @@ void addRunCommand(CLI::App &app)
         ->required();
     command->add_option("--processor", options->choice.processor, "Processor to run; the only one by default")
         ->type_name("NAME");
-    command->add_option("--memory", options->choice.memory, "Main memory; by default the only RAM")
+    command
+        ->add_option("--memory", options->choice.memory,
+                     "Main memory; by default the only RAM, or the first of the key Map")
         ->type_name("NAME");
     addInstructionsOption(*command, options->choice.instructions, "as the settings say by default");
     addRunOptions(*command, options->run);

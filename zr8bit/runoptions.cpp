@@ -141,15 +141,15 @@ void addEndOptions(CLI::App &command, RunOptions &options)
     addNumberOption(command, "--cycles", "N", {}, options.cycles, "End after this many cycles");
     addFormOption(command, "--watch", "ADDRESS[:LENGTH]", options.watch, parseWatch,
                   "End after an instruction that reads or writes there");
-    addFormOption(command, "--exit", "ADDRESS", options.exit, parseOutput,
-                  "End when a byte is written there (or to port:N), with it as exit code");
+    addFormOption(command, "--exit", "ADDRESS|port:N", options.exit, parseOutput,
+                  "End when a byte is written there, with it as exit code");
 }
 
 /// What is seen of the run.
 void addOutputOptions(CLI::App &command, RunOptions &options)
 {
-    addFormOption(command, "--output", "ADDRESS", options.output, parseOutput,
-                  "Print each byte that is written there (or to port:N)");
+    addFormOption(command, "--output", "ADDRESS|port:N", options.output, parseOutput,
+                  "Print each byte that is written there");
     command.add_flag("--trace", options.trace, "Print a line for each instruction");
     addNumberOption(command, "--history", "N", {0, 256}, options.history,
                     "Print the last instructions of a run that fails");

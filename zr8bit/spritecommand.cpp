@@ -234,7 +234,7 @@ void addPreview(CLI::App &group, const std::shared_ptr<Options> &options)
                     "--height 40 --screen --scale 2 -o coin.png",
                     "zr8bit sprite preview examples/all-modes.bin --width 8 --height 8 -o modes.png"});
     addSpriteOptions(*command, *options);
-    addPictureFileOption(*command, "-o,--output", options->output, "File for the picture");
+    addPictureOutputOption(*command, options->output);
     addScaleOption(*command, options->scale);
     command->add_flag("--screen", options->screen, "Show pixels in their shape on the screen, each 5 x 2");
     command->footer("Transparent pixels show a chequered ground.");

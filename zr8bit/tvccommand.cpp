@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "console.h"
 #include "failure.h"
 #include "files.h"
 #include "machinerun.h"
@@ -79,6 +80,9 @@ void BenchRun::addOutputs(Outputs &outputs)
 {
     if (!_options.screenshot.isEmpty() && !_options.every)
         outputs.add(_options.screenshot, screenshot(_bench, _options.screenshot));
+    if (_options.every && _pictures.isEmpty())
+        printWarning(
+            QStringLiteral("The run was too short for a picture of --every %1").arg(*_options.every));
     for (qsizetype i = 0; i < _pictures.size(); ++i)
         outputs.add(_pictureName(i), _pictures[i]);
     if (_options.sound.isEmpty())
