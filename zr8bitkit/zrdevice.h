@@ -9,7 +9,7 @@ class QIODevice;
 
 namespace ZR {
 
-/// What devices leave to those who use them.
+/// Help with the devices that outputs go to. Keeps no state; a device is used on the caller's thread.
 class ZR8BITKIT_EXPORT ZRDevice
 {
 public:

@@ -35,7 +35,7 @@ public:
     QString instructionText(quint16 address) override;
 
 protected:
-    /// core is what a chip does that the classes of chips do not show.
+    /// core is the chip itself, which the kit keeps to itself.
     explicit ZR8BitChip(std::unique_ptr<ZR8BitChipCore> core);
 
     /// The failure of a step with neither a bus nor a main memory.

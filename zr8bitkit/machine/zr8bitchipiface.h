@@ -64,7 +64,7 @@ public:
     virtual bool irq() const = 0;
     /// An edge on the line of the interrupt that cannot be masked: the next step takes it.
     virtual void triggerNMI() = 0;
-    /// Sets who is told of each interrupt that is taken, in front of its handler's first instruction.
+    /// Sets who is told of each interrupt that is taken, before its handler's first instruction runs.
     virtual void setInterruptObserver(InterruptObserver observer) = 0;
 
     // Where the program stands
@@ -73,11 +73,11 @@ public:
     virtual quint16 programCounter() const = 0;
     /// Sets it.
     virtual void setProgramCounter(quint16 address) = 0;
-    /// The address of what the next step runs if no interrupt comes: programCounter(), but that of the
-    /// instruction in front of it while that one halts the chip.
+    /// The address of what the next step runs if no interrupt comes: programCounter(), or the address of the
+    /// instruction that halts the chip, as long as it does.
     virtual quint16 stepAddress() const;
-    /// The address that the stack pointer means: that of the next byte to be pushed or the last one that was,
-    /// as the chip has it. It falls when something is pushed.
+    /// The address in the stack pointer: of the next byte to be pushed, or of the last one that was, as the
+    /// chip has it. It falls with each push.
     virtual quint16 stackPointer() const = 0;
     /// Goes on at an address as a call of a subroutine does that returns to the present programCounter().
     /// Takes no cycles.

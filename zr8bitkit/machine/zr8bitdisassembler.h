@@ -28,11 +28,11 @@ enum class ZR8BitInstructionSet
 ///     const ZR::ZR8BitDisassembler disassembler(ZR::ZR8BitInstructionSet::MOS6510Documented);
 ///     disassembler.instruction(*memory, 0x200).text; // "ADC $0308,X"
 ///
-/// A branch shows its target, an opcode that the set does not have ".BYTE $02". Of the Z80, what its data
-/// sheet does not have is "DEFB $DD,$2C ; INC IXL", since assemblers do not agree on it, and so is what has a
-/// second encoding; a prefix that another one makes void is a DEFB of its own. Addresses have 16 bits, and
-/// $0000 follows $FFFF; of an address that is given, the lower 16 bits count. May be used from any number of
-/// threads at once, if what was given to setNames() may.
+/// A branch shows its target, an opcode that the set does not have ".BYTE $02". Instructions that the Z80's
+/// data sheet does not have are written as in "DEFB $DD,$2C ; INC IXL", since assemblers do not agree on
+/// them, and so are second encodings; a prefix that another one makes void is a DEFB of its own. Addresses
+/// have 16 bits, and $0000 follows $FFFF; of an address that is given, the lower 16 bits count. May be used
+/// from any number of threads at once, if what was given to setNames() may.
 class ZR8BITKIT_EXPORT ZR8BitDisassembler
 {
 public:

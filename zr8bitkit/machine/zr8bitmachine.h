@@ -93,9 +93,9 @@ public:
         QList<quint16> addresses = {};
         /// Is asked after each instruction, and ends the run by true. May set interrupt lines.
         std::function<bool()> predicate = {};
-        /// Whether an IRQ or an NMI will be there when the run ends, or by the predicate. Then waiting for it
-        /// is no endless loop, if a limit or the predicate can end it. Up to a limit of cycles alone, waiting
-        /// takes no time.
+        /// Whether an IRQ is going to come: set by the predicate, or by the caller when the run has ended.
+        /// Then waiting for it is no endless loop, if a limit or the predicate can end the waiting. Up to a
+        /// limit of cycles alone, it takes no time.
         bool irqComes = false;
         bool nmiComes = false; ///< the same for an NMI
     };
@@ -131,7 +131,7 @@ public:
         int address = 0;                                     ///< of its first byte
         QByteArray bytes;                                    ///< as they were when it ran
         quint64 cycles = 0;                                  ///< with those of the interrupt
-        std::optional<ZR8BitChipIface::Interrupt> interrupt; ///< taken in front of it, to its address
+        std::optional<ZR8BitChipIface::Interrupt> interrupt; ///< taken before it, to its address
     };
 
     /// An empty machine.
@@ -237,8 +237,8 @@ public:
     /// The last access of the instruction that has ended the last run, of those that are watched.
     SeenAccess lastAccess() const;
 
-    /// Sets who is told of each interrupt that is taken: that of the chip, which is the machine's. Stays
-    /// until the next load.
+    /// Sets who is told of each interrupt that is taken, until the next load. To be used in place of the
+    /// chip's own operation, which the machine needs for itself.
     void setInterruptObserver(ZR8BitChipIface::InterruptObserver observer);
 
     // What has run

@@ -33,7 +33,7 @@ namespace ZR {
 /// effect and before the host sees the row; PC last, with each step. An interrupt and reset() announce too.
 ///
 /// All that only for who asks: until the first registers() or commandList() the processor runs its handlers
-/// directly, without a signal, which is some times as fast. It changes nothing else. So ask late, and use
+/// directly, without a signal, which is several times as fast. It changes nothing else. So ask late, and use
 /// ZR8BitChipIface where it will do. A derived class that connects to rows and registers by _commands and
 /// _registers, or handles a row of this class by itself, calls commandList() once at the end of its init();
 /// rows that it adds run through their signals at any time.

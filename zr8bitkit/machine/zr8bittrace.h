@@ -28,7 +28,7 @@ public:
     QString heading() const;
 
     /// An instruction that has just run, with what the registers hold now and its cycles. A name of its
-    /// address, and an interrupt in front of it, are lines of their own.
+    /// address, and an interrupt before it, are lines of their own.
     QString line(const ZR8BitMachine::RunInstruction &instruction) const;
 
     /// The same of an instruction that ran earlier, without the registers.

@@ -23,7 +23,7 @@ namespace ZR {
 class ZR8BITKIT_EXPORT ZRMapConfig : public ZRConfigIface
 {
 public:
-    /// Of two settings with the same key the latter counts.
+    /// Of two settings with the same key the later one counts.
     ZRMapConfig(std::initializer_list<std::pair<QString, QString>> settings = {});
     ~ZRMapConfig() override;
 

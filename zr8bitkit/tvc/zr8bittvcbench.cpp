@@ -140,7 +140,7 @@ ZR8BitMachine::RunEnd ZR8BitTVCBench::frames(qint64 count, const ZR8BitMachine::
     return end;
 }
 
-qint64 ZR8BitTVCBench::frameCount()
+qint64 ZR8BitTVCBench::frameCount() const
 {
     return static_cast<qint64>(_d->machine.cycles() / FrameLength);
 }

@@ -29,8 +29,8 @@ namespace ZR {
 /// A Z80 runs at 3.125 MHz in 64 KiB of RAM, all 0 at first. The 15,360 bytes from $8000 on are the screen in
 /// its 16-colour mode. Ports, by the low byte of their number:
 ///
-/// | Port | A byte written there                                                             |
-/// |------|----------------------------------------------------------------------------------|
+/// | Port | A byte written there                                                               |
+/// |------|------------------------------------------------------------------------------------|
 /// | $04  | the low 8 bits of the pitch                                                        |
 /// | $05  | bits 0 to 3: the high bits of the pitch; bit 4: the sound is on                    |
 /// | $06  | bits 2 to 5: the volume                                                            |
@@ -72,7 +72,7 @@ public:
     ZR8BitMachine::RunEnd frames(qint64 count, const ZR8BitMachine::RunLimits &limits = {});
 
     /// How many frames have ended, since the processor's T states are counted.
-    qint64 frameCount();
+    qint64 frameCount() const;
 
     /// The picture on the screen. A null image when there is not enough memory for it.
     QImage screen(Shape shape = Shape::Pixels) const;

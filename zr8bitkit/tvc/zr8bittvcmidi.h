@@ -33,7 +33,7 @@ struct ZR8BitTVCMidiReport
 ///         qWarning().noquote() << error;
 ///
 /// The highest note that sounds is played, with its velocity as volume: 127 is 15, and none is below 1. A
-/// note ends with its end, whatever pedals and instruments do, and one without an end with the last track.
+/// note ends where the file says, whatever pedals and instruments do, or else with the last track.
 /// All tempo changes count, of whatever track. A change comes at the tick of the sound that is nearest to its
 /// time, so that rounding never adds up. A note of more than 255 ticks takes several records.
 ///

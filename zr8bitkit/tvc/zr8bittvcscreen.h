@@ -10,7 +10,7 @@
 namespace ZR {
 
 /// Pictures that suit the TVC's screen in its 16-colour mode: of its size and shape, mixed from its colours,
-/// and shown in the shape that its pixels have. It stands in front of the conversions of ZR8BitTVCColor16:
+/// and shown in the shape that its pixels have. It comes before the conversions of ZR8BitTVCColor16:
 ///
 ///     using Screen = ZR::ZR8BitTVCScreen;
 ///     QImage picture("photo.jpg");

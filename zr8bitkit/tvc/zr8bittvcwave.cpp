@@ -84,8 +84,7 @@ bool checkTones(const QList<ZR8BitTVCTone> &tones, int rate, QString *error)
         if (tone.end < time || tone.pitch < 0 || tone.pitch >= Divisors || tone.volume < 0 ||
             tone.volume > LoudestVolume)
             return fail(
-                error,
-                QStringLiteral("Tone %1 is out of range or ends before the one in front of it.").arg(i + 1));
+                error, QStringLiteral("Tone %1 is out of range or ends before the previous one.").arg(i + 1));
         time = tone.end;
     }
     return checkLength(time, rate, error);

@@ -49,7 +49,7 @@ struct ZR8BitTVCTone
 ///
 /// The bytes are read as ZR8BitTVCSound::binToSound() reads them: a last byte of 0xF0 where a field would
 /// start is the end byte, which may be missing, and a value out of range counts as the largest one. What
-/// makes samples reports such values by a warning to Qt's message log, one for all.
+/// makes samples reports all such values by one warning to Qt's message log.
 ///
 /// All that takes options fails when isFormat() refuses the format; when the sound ends inside a record; when
 /// tick or rate is out of range; and when the samples are more than the 4 GiB of a RIFF file. It then returns
