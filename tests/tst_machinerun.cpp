@@ -80,7 +80,9 @@ private Q_SLOTS:
         limits.cycles = 12;
         QCOMPARE(machine.run(limits), RunEnd::Cycles);
         QCOMPARE(machine.cycles(), quint64(12));
-        QCOMPARE(machine.run({3}), RunEnd::Count);
+        limits.cycles = ~quint64(1); // beyond the counter's end
+        limits.instructions = 3;
+        QCOMPARE(machine.run(limits), RunEnd::Count);
         QCOMPARE(machine.instructionCount(), 8);
         limits = {};
         limits.addresses = {9, 1};
@@ -137,6 +139,7 @@ private Q_SLOTS:
         QCOMPARE(machine.instructionCount() > 300'000'000, end == RunEnd::Cycles);
         int asked = 0;
         limits.predicate = [&asked] { return ++asked == 3; };
+        limits.cycles = Limits().cycles;
         QVERIFY(end != RunEnd::Cycles || machine.run(limits) == RunEnd::Requested);
     }
 
@@ -199,6 +202,8 @@ private Q_SLOTS:
         QCOMPARE(machine.run(), RunEnd::Watch);
         QCOMPARE(machine.lastAccess().address, 0x303);
         QCOMPARE(machine.run(), RunEnd::Jam);
+        make(machine, "EE0100"); // INC of the instruction itself
+        QVERIFY(machine.setWatch(0, 3) && machine.run() == RunEnd::Watch && machine.lastAccess().isWrite);
         make(machine, "200000"); // JSR to itself, which comes to what is watched
         Limits limits;
         limits.cycles = 1000;
@@ -261,6 +266,9 @@ private Q_SLOTS:
         ZR8BitMachine machine;
         make(machine, "E8 8E0004 02"); // INX; STX $0400
         const QByteArray before = machine.saveState();
+        QByteArray damaged = before;
+        const QByteArray chip = machine.chip()->saveState();
+        damaged[before.indexOf(chip) + chip.size() - 2] = 3; // of "delayed I"
         QCOMPARE(machine.run(), RunEnd::Jam);
         const QByteArray after = machine.saveState();
         const QString difference = machine.stateDifference(after, before);
@@ -281,8 +289,16 @@ private Q_SLOTS:
             QVERIFY(!machine.restoreState(bad) && !machine.lastErrorStr().isEmpty());
             QCOMPARE(machine.stateDifference(before, bad), machine.lastErrorStr());
         }
+        QVERIFY(!machine.restoreState(damaged));
+        QCOMPARE(machine.lastErrorStr(), u"The state of the processor is damaged!"_s);
         QCOMPARE(machine.saveState(), after);
         ZRMapConfig config = settings();
+        config.setValue(u"RAM_MORE.Size"_s, u"1"_s);
+        config.setValue(u"Computer.RAMs"_s, u"MAIN, MORE"_s);
+        QVERIFY(machine.load(&config, {u"MAIN"_s, {}}) && !machine.restoreState(before));
+        const QByteArray more = machine.saveState();
+        config.setValue(u"Computer.RAMs"_s, u"MAIN"_s);
+        QVERIFY(machine.load(&config) && !machine.restoreState(more));
         config.setValue(u"RAM_MAIN.Size"_s, u"512"_s);
         QVERIFY(machine.load(&config) && !machine.restoreState(before));
         QCOMPARE(machine.lastErrorStr(), u"The state is of a machine with other RAM blocks!"_s);
@@ -307,15 +323,21 @@ private Q_SLOTS:
         machine.loadBytes(QByteArray::fromHex("0003"), 0xFFFE);
         machine.loadBytes("\x40", 0x300); // RTI
         QVERIFY(machine.setHistory(true) && machine.history().isEmpty());
+        int told = 0;
+        machine.setInterruptObserver([&told](auto, quint16 handler) { told += handler; });
         machine.chip()->setIRQ(true);
         QCOMPARE(machine.run({3}), RunEnd::Count);
+        QCOMPARE(told, 0x300);
         const auto history = machine.history();
         QCOMPARE(history.size(), 3);
         QCOMPARE(history[1].bytes.toHex(), "ee0500");
         QVERIFY(history[1].cycles == 6 && !history[1].interrupt);
         QVERIFY(history[2].address == 0x300 && history[2].interrupt == ZR8BitChipIface::Interrupt::IRQ);
-        machine.chip()->setIRQ(false);
         make(machine, "E8 4C0000");
+        machine.loadBytes("\1", 0xFFFB);
+        machine.chip()->triggerNMI();
+        QVERIFY(machine.run({1}) == RunEnd::Count && told == 0x300); // by a load nobody is told any more
+        QVERIFY(machine.setRegister(u"PC"_s, 0));
         QVERIFY(machine.setHistory(true) && machine.run({301}) == RunEnd::Count);
         QCOMPARE(machine.history().size(), 256);
         QCOMPARE(machine.history().constLast().bytes.toHex(), "e8");

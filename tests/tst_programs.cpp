@@ -35,6 +35,8 @@ private Q_SLOTS:
         QFETCH(const QString, label);
         ZR8BitLabels labels;
         labels.add(u"done"_s, 1);
+        labels.add(u"again"_s, 1);
+        QCOMPARE(labels.nameOf(1), u"done"_s);
         labels.read("; comment\n\n"_ba + line.toUtf8());
         QCOMPARE(labels.skippedLineCount(), label.isEmpty() ? 1 : 0);
         QCOMPARE(labels.textOf(0x229), label.isEmpty() ? u"$0229"_s : label);
