@@ -293,10 +293,11 @@ private Q_SLOTS:
         QCOMPARE(machine.lastErrorStr(), u"The state of the processor is damaged!"_s);
         QCOMPARE(machine.saveState(), after);
         ZRMapConfig config = settings();
-        config.setValue(u"RAM_MORE.Size"_s, u"1"_s);
+        config.setValue(u"RAM_MORE.Size"_s, u"0"_s);
         config.setValue(u"Computer.RAMs"_s, u"MAIN, MORE"_s);
         QVERIFY(machine.load(&config, {u"MAIN"_s, {}}) && !machine.restoreState(before));
         const QByteArray more = machine.saveState();
+        QVERIFY(machine.restoreState(more) && !machine.computer().rams().value(u"MORE"_s)->isThereError());
         config.setValue(u"Computer.RAMs"_s, u"MAIN"_s);
         QVERIFY(machine.load(&config) && !machine.restoreState(more));
         config.setValue(u"RAM_MAIN.Size"_s, u"512"_s);

@@ -103,8 +103,10 @@ bool ZR8BitMachine::restoreState(const QByteArray &bytes)
     if (!objection.isEmpty())
         return ZR_FAIL(objection);
     const auto setBlocks = [this](const MachineState &from) {
-        for (const auto &[name, content] : from.blocks.asKeyValueRange())
-            _d->computer.rams().value(name)->setValue(content, 0);
+        for (const auto &[name, content] : from.blocks.asKeyValueRange()) {
+            if (!content.isEmpty()) // an empty block has no address to write to, nor to read from
+                _d->computer.rams().value(name)->setValue(content, 0);
+        }
     };
     const MachineState before = _d->state();
     // Who hears of a register sees the memory that goes with it, and must not load.
@@ -160,7 +162,7 @@ MachineState ZR8BitMachine::Private::state()
     MachineState state = {kind, chip->saveState(), {}};
     const auto blocks = computer.rams();
     for (const auto &[name, block] : blocks.asKeyValueRange())
-        state.blocks.insert(name, block->value(0, block->size()));
+        state.blocks.insert(name, block->size() > 0 ? block->value(0, block->size()) : QByteArray());
     return state;
 }
 
