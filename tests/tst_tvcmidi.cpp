@@ -108,7 +108,7 @@ private Q_SLOTS:
         const QByteArray good = fileOf({"00 90457f 60 4500"});
         QTest::newRow("other") << "RIFF"_ba << all << u"not a MIDI file"_s;
         QTest::newRow("header") << "MThd\0\0\0\4\0\1\0\1"_ba << all << u"has 4 bytes and needs 6"_s;
-        QTest::newRow("no time") << fileOf({}, "0001", "0000") << all << u"time does not go on"_s;
+        QTest::newRow("no time") << fileOf({}, "0001", "0000") << all << u"a time division of 0"_s;
         QTest::newRow("format") << fileOf({}, "0003") << all << u"format 3"_s;
         QTest::newRow("cut") << good.chopped(1) << all << u"chunk at byte 23 has 11 bytes, and 10"_s;
         QTest::newRow("cut head") << good.first(27) << all << u"head of a chunk at byte 23"_s;

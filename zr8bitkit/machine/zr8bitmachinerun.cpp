@@ -56,7 +56,8 @@ bool ZR8BitMachine::call(int address, const RunLimits &limits)
     if (!_isComplete(QStringLiteral("call a subroutine")))
         return false;
     if (address < 0 || address >= AddressCount)
-        return ZR_FAIL(QStringLiteral("A subroutine stands at $0000 to $FFFF!"));
+        return ZR_FAIL(QStringLiteral("A subroutine has an address from $0000 to $FFFF, not %1!")
+                           .arg(ZRNumbers::addressText(address)));
     if (_d->processor->hardwareIssue())
         return ZR_FAIL(_d->processor->hardwareIssueMsg());
     const ZR8BitChipIface &chip = *_d->chip;

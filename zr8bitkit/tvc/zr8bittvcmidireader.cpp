@@ -72,7 +72,7 @@ bool TVCMidiReader::_readHeader(const QByteArray &chunk, QString *error)
         _length = frames == 29 ? 1'001'000 : 1'000'000; // 29 stands for 29.97
     }
     return _divisions > 0 ||
-           fail(error, QStringLiteral("The header of the MIDI file says that time does not go on."));
+           fail(error, QStringLiteral("The header of the MIDI file has a time division of 0."));
 }
 
 bool TVCMidiReader::_readTrack(const QByteArray &chunk, QString *error)
