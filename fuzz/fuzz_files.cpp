@@ -1,17 +1,22 @@
-// Files that people bring to a machine: settings, programs and labels.
+// Files that people bring: settings, programs and labels for machines, and tunes.
 
 #include "fuzzing.h"
 
 #include <zr8bitkit/zr8bitlabels.h>
 #include <zr8bitkit/zr8bitprogramfile.h>
+#include <zr8bitkit/zr8bittvcmidi.h>
+#include <zr8bitkit/zr8bittvctune.h>
 #include <zr8bitkit/zriniconfig.h>
 
 #include <QtCore/QTemporaryFile>
+#include <QtCore/QtLogging>
 
 #include <cctype>
 
 using namespace Qt::StringLiterals;
 using ZR::ZR8BitProgramFile;
+using Midi = ZR::ZR8BitTVCMidi;
+using Tune = ZR::ZR8BitTVCTune;
 
 namespace {
 
@@ -131,16 +136,66 @@ void checkLabels(const QByteArray &text)
     LAW(written.skippedLineCount() == 0);
 }
 
+/// A text of notes is read as the bytes that it was written from.
+void checkNotes(const QByteArray &sound, const Tune::Options &options)
+{
+    QString text;
+    QByteArray back;
+    LAW(Tune::fromBytes(sound, text, options) && Tune::toBytes(text, back, options) && back == sound);
+}
+
+void checkTune(const QString &text, const Tune::Options &options)
+{
+    QByteArray sound("old");
+    QString error;
+    const bool isRead = Tune::toBytes(text, sound, options, &error);
+    LAW(isRead == error.isEmpty() && (isRead || sound == "old"));
+    if (isRead)
+        checkNotes(sound, options);
+}
+
+void checkMidi(const QByteArray &file, const Midi::Options &options)
+{
+    constexpr qsizetype LongestText = 4000; // of records
+    QByteArray sound("old");
+    ZR::ZR8BitTVCMidiReport report;
+    QString error;
+    const bool isRead = Midi::toSound(file, sound, options, &report, &error);
+    LAW(isRead == error.isEmpty() && (isRead || sound == "old"));
+    LAW(report.hidden + report.outOfRange <= report.notes - int(isRead));
+    for (qsizetype i = 0; isRead && i < sound.size() - 1; i += 4)
+        LAW(sound[i] >= 0 && sound[i] <= 15 && sound[i + 1] >= 0 && sound[i + 1] < 16 && sound[i + 3] != 0);
+    Tune::Options notes;
+    notes.notes = true;
+    if (isRead && sound.size() < LongestText)
+        checkNotes(sound, notes);
+}
+
+void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
 } // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    qInstallMessageHandler(ignoreMessage);
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
 {
     FuzzedDataProvider input(bytes, size);
     // clang-format off
-    switch (input.ConsumeIntegralInRange(0, 3)) {
+    switch (input.ConsumeIntegralInRange(0, 5)) {
     case 0: checkSettings(remainingBytes(input).bytes()); break;
-    case 1: checkHex(input); break;
+    case 1: checkTune(remainingText(input).text(), {u"vpd"_s, u","_s, true, true}); break;
     case 2: checkProgram(remainingBytes(input).bytes()); break;
+    case 3: checkHex(input); break;
+    case 4: {
+        const Midi::Options options{input.ConsumeIntegralInRange(0, 3), input.ConsumeIntegralInRange(0, 16),
+                                    input.ConsumeIntegralInRange(19, 250)};
+        checkMidi(remainingBytes(input).bytes(), options);
+        break;
+    }
     default: checkLabels(remainingBytes(input).bytes());
     }
     // clang-format on
