@@ -75,9 +75,13 @@ private Q_SLOTS:
         row("film", fileOf({"00 90457f 64 4500"}, "0000", "e728"), all, u"15,A4,005"_s, {1, 0, 0, 0});
         row("29.97", fileOf({"00 90457f 8750 4500"}, "0000", "e364"), {0, 0, 1}, u"15,A4,255 15,A4,071"_s,
             {1, 0, 0, 0});
+        row("twice at once", fileOf({"00 804500 00 90457f 00 91457f 30 814500 30 804500"}), all,
+            u"15,A4,025"_s, {2, 0, 0, 0});
+        row("bytes after it", fileOf({"00 90457f 60 4500"}) + "MTrk", all, u"15,A4,025"_s, {1, 0, 0, 0});
         row("system",
-            fileOf({"00 f003 0102f7 00 c001 00 ff0103616263 00 90457f 60 457f 60 e00040 00 804500"}), all,
-            u"15,A4,025 15,A4,025"_s, {2, 0, 0, 0});
+            fileOf(
+                {"00 f003 0102f7 00 c001 00 ff0103616263 00 ff510101 00 90457f 60 457f 60 e00040 00 804500"}),
+            all, u"15,A4,025 15,A4,025"_s, {2, 0, 0, 0});
         row("low, drums", fileOf({"00 90 1e7f 00 1f7f 00 99 2a7f 60 2a00 00 90 1f00 00 1e00"}), all,
             u"15,G1,025"_s, {2, 0, 1, 1});
         row("no end", fileOf({"00 90457f 60 4c7f 00 4c00", "40 b00000 8100 b00000"}), all, u"15,A4,050"_s,
@@ -117,6 +121,8 @@ private Q_SLOTS:
             << fileOf({"00 90457f"}).replace(QByteArray::fromHex("ff2f00"), QByteArray::fromHex("904000"))
             << all << u"Track 1 of the MIDI file has no end"_s;
         QTest::newRow("no status") << fileOf({"00 ff0100 00 457f"}) << all << u"bad event at its byte 4"_s;
+        QTest::newRow("no status left")
+            << fileOf({"00 90457f 00 f00101 00 457f"}) << all << u"bad event at its byte 8"_s;
         QTest::newRow("long number") << fileOf({"80808080 00"}) << all << u"bad event at its byte 0"_s;
         QTest::newRow("long text") << fileOf({"00 ff017f"}) << all << u"bad event at its byte 0"_s;
         QTest::newRow("drums") << fileOf({"00 99457f 60 4500"}) << all

@@ -52,8 +52,8 @@ private Q_SLOTS:
         QTest::addColumn<Options>("options");
         QTest::addColumn<Records>("played");
         QTest::newRow("A4") << "0f 0e44 f0"_ba << Options{u"vp"_s, 250, 44100} << Records{{15, 3652, 1}};
-        QTest::newRow("in phase") << "03070bb8 01000900 0c070ffe"_ba << Options{u"DVP"_s, 7, 22050}
-                                  << Records{{7, 3000, 3}, {0, 2304, 1}, {7, 4094, 12}};
+        QTest::newRow("in phase") << "05070bb8 01000900 0c070ffe"_ba << Options{u"DVP"_s, 7, 22050}
+                                  << Records{{7, 3000, 5}, {0, 2304, 1}, {7, 4094, 12}};
         QTest::newRow("high") << "0ff020 0fed20 0ffd02 0ff320 f0"_ba << Options{u"pd"_s, 1, 48000}
                               << Records{{15, 4080, 32}, {15, 4077, 32}, {15, 4093, 2}, {15, 4083, 32}};
         QTest::newRow("half the rate") << "0fe7"_ba << Options{u"p"_s, 5, 15625} << Records{{15, 4071, 1}};
@@ -85,6 +85,7 @@ private Q_SLOTS:
         QString error;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"largest one: 2, the first in record 1$"_s));
         QVERIFY(Wave::samples(sound, options, samples, &error));
+        QCOMPARE(samples.first(), 15 * 1024);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"out of range"_s));
         QBuffer file;
         file.open(QIODevice::WriteOnly);
