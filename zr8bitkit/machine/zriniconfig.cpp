@@ -18,11 +18,11 @@ constexpr char sourceFile[] = "zr8bitkit/zriniconfig";
 QString readContent(const QString &filePath, QByteArray &content)
 {
     constexpr qint64 LargestSize = 1 << 20;
-    QFile file(filePath);
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    if (isOpen && file.isSequential())
+    const QFileInfo info(filePath);
+    if (info.exists() && !info.isFile() && !info.isDir()) // to open a pipe could wait for ever
         return QStringLiteral("Settings file '%1' is a device or a pipe, not a file!").arg(filePath);
-    if (isOpen)
+    QFile file(filePath);
+    if (file.open(QIODevice::ReadOnly))
         content = file.read(LargestSize + 1);
     if (file.error() != QFileDevice::NoError)
         return QStringLiteral("Couldn't read settings file '%1': %2").arg(filePath, file.errorString());
