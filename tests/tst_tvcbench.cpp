@@ -184,6 +184,9 @@ private Q_SLOTS:
         bench.frames(1);
         const QList<qint16> samples = samplesOf(bench);
         QVERIFY(std::abs(samples.size() - SamplesPerFrame) < 2 && edges(samples) > 50);
+        start(bench, "3e0f d305 18fe"_ba, 0x200); // off
+        bench.frames(1);
+        QCOMPARE(samplesOf(bench).constLast(), 0);
     }
 };
 

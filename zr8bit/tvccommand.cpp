@@ -129,7 +129,9 @@ void addTVCCommand(CLI::App &app)
                    {"zr8bit tvc examples/tvc-program/program.bin --at 0x2000 --screenshot screen.png",
                     "zr8bit tvc examples/tvc-program/program.bin --at 0x2000 --sound tune.wav"});
     auto options = std::make_shared<Options>();
-    command->add_option("PROGRAM", options->program, "File with the bytes of the program")
+    command
+        ->add_option("PROGRAM", options->program,
+                     "File with the bytes of the program, not read where --load-state has them")
         ->type_name("FILE")
         ->required();
     addNumberOption(*command, "--at", "ADDRESS", {0, 0xFFFF}, options->at,
