@@ -141,22 +141,6 @@ private Q_SLOTS:
         QTEST(int(machine.instructionCount()), "count");
     }
 
-    void instructionSets()
-    {
-        using Set = ZR8BitInstructionSet;
-        const std::pair<Set, int> sizes[] = {
-            {Set::MOS6510Base, 9}, {Set::MOS6510Documented, 151}, {Set::MOS6510All, 256}};
-        for (const auto &[set, size] : sizes) {
-            const ZR8BitDisassembler disassembler(set);
-            int count = 0;
-            for (int code = 0; code < 256; ++code) {
-                const QByteArray bytes(3, static_cast<char>(code));
-                count += disassembler.instruction(bytes, 0).text.startsWith(u'.') ? 0 : 1;
-            }
-            QCOMPARE(count, size);
-        }
-    }
-
     void disassembly_data()
     {
         QTest::addColumn<QString>("text");

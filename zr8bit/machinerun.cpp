@@ -65,6 +65,8 @@ MachineRun::MachineRun(ZR8BitMachine &machine, const RunOptions &options)
         _checkPart("--dump", part);
     for (const MemoryPart &part : options.saves)
         _checkPart("--save", part);
+    if (options.watch)
+        _checkPart("--watch", *options.watch);
     if (!machine.setHistory(options.trace || options.history))
         _failMachine();
     _mapOutputs();

@@ -234,7 +234,9 @@ bool ZR8BitAddressSpace::isRAM(quint16 address) const
 
 bool ZR8BitAddressSpace::_map(int address, int length, Area area, bool reads, bool writes)
 {
-    if (address < 0 || length < 1 || length > Size - address)
+    if (length < 1)
+        return ZR_FAIL(QStringLiteral("At least 1 byte can be mapped, not %1!").arg(length));
+    if (address < 0 || length > Size - address)
         return ZR_FAIL(QStringLiteral("%1 bytes from %2 on do not fit into the 65536 addresses!")
                            .arg(length)
                            .arg(address));
