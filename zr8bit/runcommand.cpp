@@ -69,7 +69,7 @@ void addRunCommand(CLI::App &app)
     addInstructionsOption(*command, options->choice.instructions, "as the settings say by default");
     addRunOptions(*command, options->run);
     addNumberOption(*command, "--irq-every", "CYCLES", {1}, options->run.irqEvery,
-                    "Make the line IRQ active so often, until the interrupt is taken");
+                    "Make the line IRQ active once in so many cycles, until the interrupt is taken");
     command->footer(
         "Numbers are written as 512, 0x200 or $200, and an ADDRESS may be a label of --labels. A run goes "
         "on\n"

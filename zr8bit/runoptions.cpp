@@ -152,7 +152,7 @@ void addOutputOptions(CLI::App &command, RunOptions &options)
                   "Print each byte that is written there");
     command.add_flag("--trace", options.trace, "Print a line for each instruction");
     addNumberOption(command, "--history", "N", {0, 256}, options.history,
-                    "Print the last instructions of a run that fails");
+                    "Print the last N instructions of a run that fails, 256 at most");
     addListOption(command, "--dump", "ADDRESS:LENGTH", options.dumps, parsePart,
                   "Print a part of the memory after the run");
     addListOption(command, "--save", "FILE@ADDRESS:LENGTH", options.saves, parseFilePart,

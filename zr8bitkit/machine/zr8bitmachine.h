@@ -40,7 +40,7 @@ class ZR8BitRegister;
 /// |                          | "all" only.                                                             |
 /// | "PROC_NAME.Map"          | what a complete processor sees: "RAM:MAIN@0, ROM:KERNAL@0xE000" has     |
 /// |                          | kind, name and address, then +OFFSET in the block and :LENGTH, if       |
-/// |                          | wanted. The later lies on top. Without the key the main memory at 0.    |
+/// |                          | wanted. Later ones lie on top. Without the key the main memory at 0.    |
 ///
 /// A complete processor works on addressSpace(), the computer's own one on the main memory alone. Nothing
 /// connects the other processors of the computer.
