@@ -160,39 +160,27 @@ CCF after POP AF | f13f | SP=4000 4000=2900 | F=38 A=00 | 2
 BIT (HL) shows W | cb46 | HL=4000 WZ=2800 | F=7c T=12 | 1
 BIT (IX+d) shows W | ddcb057e | IX=27fe 2803=80 | F=b8 WZ=2803 | 1
 BIT of a register shows it | cb68 | B=28 | F=38 | 1
-copy of RLC | ddcb0106 00 | IX=4000 4001=81 | 4001=03 F=05 T=23 PC=8004 | 1
 copy in a register | fdcbff80 | IY=4001 4000=ff B=11 | 4000=fe B=fe F=00 | 1
 SLL | cb37 | A=80 | A=01 F=01 | 1
 halves | dd6c | IXH=12 IXL=34 L=56 | IX=1212 L=56 | 1
 H beside memory | dd6601 | IX=4000 4001=77 | H=77 IXH=40 T=19 | 1
-LD (IX+d),n | dd36ff5a | IX=4000 | 3fff=5a PC=8004 T=19 | 1
-LD A,(BC) | 0a | BC=12ff | WZ=1300 | 1
 LD (DE),A | 12 | DE=12ff A=56 | WZ=5600 12ff=56 | 1
-LD (nn),A | 32ff12 | A=56 | WZ=5600 | 1
 LD HL,(nn) over the end | 2affff | ffff=34 0000=12 | HL=1234 WZ=0000 | 1
 ADD HL | 09 | HL=0fff BC=2801 F=c7 | HL=3800 F=fc WZ=1000 | 1
 EX (SP) | e3 | SP=ffff ffff=34 0000=12 HL=5678 | HL=1234 WZ=1234 ffff=78 0000=56 T=19 | 1
-RRD | ed67 | A=84 HL=4000 4000=20 | A=80 4000=42 F=80 WZ=4001 | 1
-JP not taken | da3412 | F=00 | PC=8003 WZ=1234 T=10 | 1
 JR not taken | 3805 | WZ=1111 | PC=8002 WZ=1111 | 1
-RST | ff | SP=0000 | PC=0038 WZ=0038 ffff=80 fffe=01 SP=fffe | 1
 over the end | dd | PC=ffff ffff=dd 0000=2e 0001=99 | IXL=99 PC=0002 | 1
-IN A | dbff | A=12 | A=ff WZ=1300 F=00 | 1
-OUT A | d3ff | A=12 | out=12ff12 WZ=1200 | 1
 IN F | ed70 | BC=1280 A=01 | A=01 F=80 WZ=1281 T=12 | 1
 OUT 0 | ed71 | BC=1280 | out=128000 | 1
-LDI | eda0 | BC=0001 HL=4000 DE=5000 4000=0a F=ff | 5000=0a F=e9 HL=4001 DE=5001 | 1
 LDIR goes on | edb0 | PC=2800 2800=edb0 BC=0002 WZ=1111 | PC=2800 F=2c WZ=2801 T=21 BC=0001 | 1
 LDDR ends | edb8 | BC=0001 F=00 A=02 WZ=1111 | PC=8002 F=20 WZ=1111 T=16 HL=ffff DE=ffff | 1
 CPIR goes on | edb1 | PC=2000 2000=edb1 BC=0002 A=01 | F=26 WZ=2001 PC=2000 T=21 | 1
 CPIR finds | edb1 | BC=0002 HL=4000 4000=08 A=08 WZ=1111 | F=46 WZ=1112 T=16 HL=4001 | 1
-INI | eda2 | BC=0110 HL=4000 | 4000=10 F=40 WZ=0111 B=00 | 1
 INIR goes on | edb2 | PC=2800 2800=edb2 BC=0380 HL=4000 | F=2b WZ=2801 B=02 4000=80 T=21 | 1
 OTIR goes on | edb3 | PC=2800 2800=edb3 BC=1110 HL=40fe 40fe=20 | F=29 WZ=2801 out=101020 HL=40ff | 1
 OUTD | edab | BC=0180 HL=4000 4000=ff | F=57 WZ=007f out=0080ff | 1
 HALT | 76 | A=00 | PC=8001 T=12 R=03 | 3
 HALT and NMI | 76 | nmi2= SP=4000 IFF1=01 IFF2=01 | PC=0067 3ffe=01 3fff=80 IFF1=00 IFF2=01 R=04 T=23 | 3
-RETN | ed45 | SP=4000 4000=3412 IFF2=01 | PC=1234 IFF1=01 T=14 | 1
 EI waits for one | fb0000 | irq0=ff IM=01 | PC=8002 T=8 | 2
 mode 1 after EI | fb0000 | irq0=ff IM=01 SP=4000 | PC=0039 T=25 3ffe=02 IFF1=00 IFF2=00 WZ=0038 R=04 | 3
 mode 2 | 00 | irq0=fe IM=02 I=40 40fe=5000 IFF1=01 | PC=0051 T=23 WZ=0050 | 1
