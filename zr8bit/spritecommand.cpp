@@ -222,6 +222,9 @@ void addDecode(CLI::App &group, const std::shared_ptr<Options> &options)
     command->callback([options] {
         if (options->folder.isEmpty() && options->sheet.isEmpty())
             throw CLI::ValidationError("--output", "a folder is needed, or a file by --sheet");
+        if (isStandardStream(options->folder))
+            failOption("--output", options->folder,
+                       QStringLiteral("a folder; --sheet takes a standard stream"));
         decode(*options);
     });
 }
