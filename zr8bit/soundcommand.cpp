@@ -95,7 +95,7 @@ void warn(const ZR8BitTVCMidiReport &report)
         printWarning(QStringLiteral("%1 of %2 notes are not heard: they are below G1, the lowest")
                          .arg(QString::number(report.outOfRange), notes));
     if (report.drums > 0)
-        printWarning(QStringLiteral("%1 notes of drums, on channel 10, are left out").arg(report.drums));
+        printWarning(QStringLiteral("Notes of drums, on channel 10, are left out: %1").arg(report.drums));
 }
 
 void importMidi(const ImportOptions &options)
