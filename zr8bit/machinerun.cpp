@@ -63,8 +63,11 @@ MachineRun::MachineRun(ZR8BitMachine &machine, const RunOptions &options)
     _setRegisters();
     for (const MemoryPart &part : options.dumps)
         _checkPart("--dump", part);
-    for (const MemoryPart &part : options.saves)
+    for (const MemoryPart &part : options.saves) {
+        refuseStandardOutput("--save", part.file);
         _checkPart("--save", part);
+    }
+    refuseStandardOutput("--save-state", options.saveState);
     if (options.watch)
         _checkPart("--watch", *options.watch);
     if (!machine.setHistory(options.trace || options.history))

@@ -1,5 +1,6 @@
 #include "runoptions.h"
 
+#include "files.h"
 #include "labels.h"
 
 #include <zr8bitkit/zrnumbers.h>
@@ -169,4 +170,10 @@ void addRunOptions(CLI::App &command, RunOptions &options)
     addStartOptions(command, options);
     addEndOptions(command, options);
     addOutputOptions(command, options);
+}
+
+void refuseStandardOutput(const std::string &option, const QString &path)
+{
+    if (isStandardStream(path))
+        failOption(option, path, QStringLiteral("a file: standard output has the report of the run"));
 }

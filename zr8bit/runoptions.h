@@ -57,3 +57,6 @@ struct RunOptions
 
 /// Adds them. options must live until the command has run.
 void addRunOptions(CLI::App &command, RunOptions &options);
+
+/// Ends parsing when a file that an option names is standard output, where the report of the run goes.
+void refuseStandardOutput(const std::string &option, const QString &path);

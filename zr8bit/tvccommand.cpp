@@ -106,8 +106,8 @@ QString BenchRun::_pictureName(qsizetype number) const
 
 void run(Options &options)
 {
-    if (options.every && options.screenshot == QLatin1String("-"))
-        failOption("--screenshot", options.screenshot, QStringLiteral("a file for pictures with numbers"));
+    refuseStandardOutput("--screenshot", options.screenshot);
+    refuseStandardOutput("--sound", options.sound);
     // A state has the program already, and where it was. Else it goes first, so that --load can change it.
     if (options.run.loadState.isEmpty()) {
         const QString at = QString::number(*options.at);
