@@ -1,7 +1,6 @@
 // Memory blocks: reading, writing, sizing, files, settings, and use from several threads; and the registers,
 // which are views on blocks.
 
-#include "testconfig.h"
 #include "testlogger.h"
 #include "testrows.h"
 
@@ -104,28 +103,6 @@ no data | 2 | 0 | Invalid data to write! Length: 2
         rom.setLogger(&quiet);
         QVERIFY(!rom.readFromConfig(QString(), nullptr) && rom.byteValue(0) == 'a');
         QCOMPARE(rom.lastErrorStr(), u"Config handler must be defined!"_s); // which a success leaves
-    }
-
-    void settingsAndFiles()
-    {
-        QTemporaryDir dir;
-        QFile file(dir.filePath(u"%1 %2.bin"_s)); // a name that looks like placeholders
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("1234") == 4);
-        file.close();
-        ZR8BitROM rom(file.fileName(), QString(), nullptr);
-        QCOMPARE(rom.value(0, rom.size()), "1234");
-
-        TestConfig config(u"RAM_%1.Size=-2\nRAM_%1.FilePath="_s + file.fileName());
-        ZR8BitRAM ram;
-        const auto load = [&config, &ram] { return ram.readFromConfig(u"RAM_%1"_s, &config); };
-        QVERIFY(!load());
-        QCOMPARE(ram.lastErrorStr(), u"RAM_%1.Size field does not defined!"_s);
-        config.setValue(u"RAM_%1.Size"_s, u"4"_s);
-        QVERIFY(load() && ram.value(0, 9) == "1234");
-        config.setValue(u"RAM_%1.Size"_s, u"3"_s);
-        QVERIFY(!load() && ram.value(0, 9) == QByteArray(3, 0));
-        QCOMPARE(ram.lastErrorStr(), u"ROM file: '"_s + file.fileName() +
-                                         u"' size: 4 bytes is not equal the ROM size: 3 bytes!"_s);
     }
 
     // The contents of a pipe count, and a device without an end is refused before it fills the memory.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <typeinfo>
 #include <utility>
 
 namespace ZR {
@@ -20,7 +21,7 @@ public:
 };
 
 /// Remembers that somebody has connected to it: most of the time goes into signals that nobody hears.
-class ZR8BitChipCore::Additional : public ZR8BitRegister
+class ZR8BitChipCore::Additional final : public ZR8BitRegister
 {
 public:
     Additional(quint64 &heard, quint64 view)
@@ -68,7 +69,7 @@ bool ZR8BitChipCore::bindRegisters(QMap<QString, ZR8BitRegister *> &registersByI
             reg = _additional.emplace_back(std::make_unique<Additional>(_heard, quint64(1) << i)).get();
             registersById.insert(id, reg);
         }
-        if (!dynamic_cast<Additional *>(reg))
+        if (typeid(*reg) != typeid(Additional))
             _heard |= quint64(1) << i;
         const ZR8BitRegTypes type = view.bytes == 2 ? ZR8BitRegType16Bit : ZR8BitRegType8Bit;
         if (!reg->init(id, type, view.position, _block.get()))

@@ -258,7 +258,7 @@ private:
 QRgb opaquePart(const Sum &light, const Sum &cover)
 {
     const quint64 area = cover.red;
-    if (2 * area < 255 * FullLight)
+    if (2 * area < quint64(255) * FullLight)
         return 0;
     const auto alone = [area](quint64 component) { return (component * FullLight + area / 2) / area; };
     return pixelOfLight<quint64>({alone(light.red), alone(light.green), alone(light.blue)});
