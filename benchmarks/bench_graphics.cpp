@@ -1,52 +1,16 @@
 // Time a pixel of the picture and sprite conversions, beside what Qt offers for the same: an indexed image of
 // the 16 colours, each pixel at its nearest, without dithering.
 
+#include "pictures.h"
+
 #include <zr8bitlib/zr8bittvccolor16.h>
 
 #include <benchmark/benchmark.h>
-
-#include <QtCore/QRandomGenerator>
-
-#include <cmath>
 
 using namespace ZR;
 using TVC = ZR8BitTVCColor16;
 
 namespace {
-
-constexpr int Width = 1920;
-constexpr int Height = 1080;
-
-template <typename PixelAt>
-QImage makeImage(int height, PixelAt pixelAt)
-{
-    QImage image(Width, height, QImage::Format_RGB32);
-    for (int y = 0; y < height; ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < Width; ++x)
-            line[x] = pixelAt(x, y);
-    }
-    return image;
-}
-
-QImage randomImage(int height = Height)
-{
-    QRandomGenerator random(1);
-    return makeImage(height, [&random](int, int) { return 0xFF000000 | random.generate(); });
-}
-
-/// Soft gradients with the noise of a camera.
-QImage photoImage()
-{
-    QRandomGenerator random(2);
-    return makeImage(Height, [&random](int x, int y) {
-        const auto component = [&random, x, y](double frequency) {
-            const double wave = std::sin(x * frequency) + std::cos(y * frequency * 1.7);
-            return static_cast<int>(128 + 56 * wave) + static_cast<int>(random.bounded(12));
-        };
-        return qRgb(component(0.003), component(0.005), component(0.007));
-    });
-}
 
 /// The photograph in TVC colours.
 QImage tvcImage()

@@ -7,6 +7,7 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
+#include <QtCore/QtLogging>
 
 #include <cstdio>
 #include <cstdlib>
@@ -90,4 +91,10 @@ inline ExactText remainingText(FuzzedDataProvider &input)
 {
     const bool raw = input.ConsumeBool();
     return ExactText(input.ConsumeRemainingBytesAsString(), raw);
+}
+
+/// Keeps warnings that inputs give off the log.
+inline void ignoreMessages()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 }

@@ -2,6 +2,7 @@
 #include "failure.h"
 #include "files.h"
 #include "options.h"
+#include "outputs.h"
 
 #include <zr8bitkit/zr8bittvclisting.h>
 

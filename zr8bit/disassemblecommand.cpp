@@ -3,6 +3,7 @@
 #include "files.h"
 #include "labels.h"
 #include "options.h"
+#include "outputs.h"
 
 #include <zr8bitkit/zr8bitdisassembler.h>
 #include <zr8bitkit/zr8bitprogramfile.h>

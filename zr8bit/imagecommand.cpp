@@ -3,8 +3,9 @@
 #include "failure.h"
 #include "files.h"
 #include "options.h"
+#include "outputs.h"
 #include "pictures.h"
-#include "prepare.h"
+#include "preparation.h"
 
 #include <zr8bitlib/zr8bittvccolor16.h>
 

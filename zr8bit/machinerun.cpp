@@ -5,6 +5,7 @@
 #include "files.h"
 #include "interrupts.h"
 #include "labels.h"
+#include "outputs.h"
 #include "progress.h"
 
 #include <zr8bitkit/zr8bitaddressspace.h>

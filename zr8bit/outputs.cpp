@@ -1,3 +1,5 @@
+#include "outputs.h"
+
 #include "console.h"
 #include "failure.h"
 #include "files.h"

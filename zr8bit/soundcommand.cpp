@@ -4,6 +4,7 @@
 #include "files.h"
 #include "interrupts.h"
 #include "options.h"
+#include "outputs.h"
 #include "progress.h"
 
 #include <zr8bitkit/zr8bittvcmidi.h>

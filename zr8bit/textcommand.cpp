@@ -2,6 +2,7 @@
 #include "console.h"
 #include "files.h"
 #include "options.h"
+#include "outputs.h"
 
 #include <zr8bitkit/zr8bittvctext.h>
 #include <zr8bitkit/zrnumbers.h>

@@ -1,8 +1,8 @@
 #include "commands.h"
 #include "console.h"
 #include "failure.h"
-#include "files.h"
 #include "machinerun.h"
+#include "outputs.h"
 #include "pictures.h"
 
 #include <zr8bitkit/zr8bittvcbench.h>

@@ -1,4 +1,4 @@
-#include "prepare.h"
+#include "preparation.h"
 
 #include "options.h"
 
